@@ -44,7 +44,7 @@ long DaysFromCivil(int year, int month, int day) {
 
 OleDate OleDate::FromYmd(int year, int month, int day) {
   double serial = static_cast<double>(DaysFromCivil(year, month, day));
-  if (serial < kMin || serial > kMax) RaiseRuntime(kErrInvalidCall);
+  if (!IsValidSerial(serial)) RaiseRuntime(kErrInvalidCall);
   return OleDate(serial);
 }
 
@@ -53,7 +53,7 @@ OleDate OleDate::FromCivil(const CivilTime& t) {
   double fraction = (t.hour * 3600.0 + t.minute * 60.0 + t.second) / 86400.0;
   // Before the epoch the fraction still runs forward through the day.
   double serial = days >= 0 ? days + fraction : days - fraction;
-  if (serial < kMin || serial > kMax + 1) RaiseRuntime(kErrInvalidCall);
+  if (!IsValidSerial(serial)) RaiseRuntime(kErrInvalidCall);
   return OleDate(serial);
 }
 

@@ -41,6 +41,12 @@ class OleDate {
   static constexpr double kMin = -657434.0;           // 0100-01-01
   static constexpr double kMax = 2958465.99998842593;  // 9999-12-31 23:59:59
 
+  // Whether a serial lies in the years 100 to 9999. Before the epoch the time of
+  // day makes a serial more negative, so 0100-01-01 12:00 is -657434.5.
+  static constexpr bool IsValidSerial(double serial) {
+    return serial > kMin - 1 && serial < kMax + 0.5 / 86400.0;
+  }
+
  private:
   double serial_ = 0.0;
 };

@@ -45,6 +45,10 @@ enum class StatementKind { kSelect, kInsert, kUpdate, kDelete };
 struct Parameter {
   std::string name;                             // as declared or referenced, without brackets
   FieldType type = FieldType::kUnknown;         // declared type; kUnknown for an implicit one
+  // The type of the column the parameter is compared with or assigned to
+  // (kUnknown when it meets none): a Currency one must be bound as
+  // ten-thousandths, a Date one as the OLE day number, a Boolean one as -1/0.
+  FieldType meets = FieldType::kUnknown;
 };
 
 struct ResultColumn {

@@ -1,0 +1,192 @@
+#include "store/sqlite/connection.hpp"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include <climits>
+#include <cstdlib>
+#include <fstream>
+
+#include "store/sqlite/catalog.hpp"
+#include "store/sqlite/jet_functions.hpp"
+#include "store/store_error.hpp"
+#include "support/error.hpp"
+
+namespace ldg::store::sqlite {
+
+namespace {
+
+constexpr int kBusyTimeoutMs = 10000;
+constexpr const char* kRelatedRecordsTag = "ldg3200:";
+
+bool FileExists(const std::string& path) {
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+// A file this store can read: empty, or starting with SQLite's header.
+bool LooksLikeDatabase(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  char header[16] = {};
+  in.read(header, sizeof header);
+  if (in.gcount() == 0) return true;
+  return in.gcount() == 16 && std::string_view(header, 16) == std::string_view("SQLite format 3\0", 16);
+}
+
+}  // namespace
+
+StatementUse::~StatementUse() {
+  sqlite3_reset(statement_);
+  sqlite3_clear_bindings(statement_);
+}
+
+std::string CanonicalPath(const std::string& path) {
+  char resolved[PATH_MAX];
+  if (realpath(path.c_str(), resolved) != nullptr) return resolved;
+  return path;
+}
+
+Connection::Connection() {
+  int code = sqlite3_open_v2(":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
+                             nullptr);
+  if (code != SQLITE_OK) Raise(code);
+  sqlite3_extended_result_codes(db_, 1);
+  sqlite3_busy_timeout(db_, kBusyTimeoutMs);
+  RegisterJetFunctions(db_);
+}
+
+Connection::~Connection() {
+  if (level_ > 0) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+  ClearStatements();
+  files_.clear();
+  sqlite3_close_v2(db_);
+}
+
+void Connection::ClearStatements() {
+  for (auto& [text, statement] : statements_) sqlite3_finalize(statement);
+  statements_.clear();
+}
+
+sqlite3_stmt* Connection::Prepare(const std::string& sql) {
+  if (auto found = statements_.find(sql); found != statements_.end()) return found->second;
+  sqlite3_stmt* statement = nullptr;
+  int code = sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
+                                &statement, nullptr);
+  if (code != SQLITE_OK) Raise(code);
+  statements_.emplace(sql, statement);
+  return statement;
+}
+
+void Connection::Exec(const std::string& sql) {
+  NoteWrite();
+  int code = sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) Raise(code);
+}
+
+bool Connection::Step(sqlite3_stmt* statement) {
+  int code = sqlite3_step(statement);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  Raise(code);
+}
+
+void Connection::Raise(int code) const {
+  int extended = sqlite3_extended_errcode(db_);
+  std::string message = sqlite3_errmsg(db_);
+  if (auto at = message.find(kRelatedRecordsTag); at != std::string::npos) {
+    RaiseStore(kErrRelatedRecords, message.substr(at + std::string_view(kRelatedRecordsTag).size()));
+  }
+  switch (extended) {
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY: RaiseStore(kErrDuplicate);
+    case SQLITE_CONSTRAINT_NOTNULL: RaiseStore(kErrNullInKey);
+    default: break;
+  }
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: RaiseStore(kErrLocked);
+    case SQLITE_NOTADB: RaiseStore(kErrUnrecognizedFormat, message);
+    case SQLITE_CANTOPEN: RaiseStore(kErrFileNotFound, message);
+    default: break;
+  }
+  if (message == "integer overflow") RaiseRuntime(kErrOverflow);
+  RaiseStore(kErrReserved, message);
+}
+
+std::string Connection::AliasOf(const std::string& path) const {
+  std::string canonical = CanonicalPath(path);
+  for (const auto& [alias, file] : files_) {
+    if (file.path == canonical) return alias;
+  }
+  return "";
+}
+
+std::shared_ptr<Catalog> Connection::OpenFile(const std::string& path, bool create) {
+  if (create && FileExists(path)) RaiseStore(kErrDatabaseExists);
+  if (create) std::ofstream(path, std::ios::binary).flush();
+  std::string canonical = CanonicalPath(path);
+  if (std::string alias = AliasOf(canonical); !alias.empty()) {
+    ++files_[alias].uses;
+    return files_[alias].catalog;
+  }
+  if (!FileExists(canonical)) RaiseStore(kErrFileNotFound, path);
+  if (!LooksLikeDatabase(canonical)) RaiseStore(kErrUnrecognizedFormat, path);
+  auto lock = std::make_unique<LockFile>(canonical);
+  std::string alias = "f" + std::to_string(next_alias_++);
+  sqlite3_stmt* attach = Prepare("ATTACH DATABASE ?1 AS ?2");
+  {
+    StatementUse use(attach);
+    sqlite3_bind_text(attach, 1, canonical.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_bind_text(attach, 2, alias.c_str(), -1, SQLITE_TRANSIENT);
+    Step(attach);
+  }
+  ClearStatements();
+  std::shared_ptr<Catalog> catalog;
+  try {
+    catalog = std::make_shared<Catalog>(*this, alias, canonical, std::move(lock));
+    if (create) Catalog::CreateCatalogTables(*this, alias);
+    catalog->Load();
+  } catch (...) {
+    sqlite3_exec(db_, ("DETACH DATABASE " + alias).c_str(), nullptr, nullptr, nullptr);
+    throw;
+  }
+  files_[alias] = AttachedFile{canonical, catalog, 1};
+  return catalog;
+}
+
+void Connection::CloseFile(const std::string& alias) {
+  auto found = files_.find(alias);
+  if (found == files_.end() || --found->second.uses > 0) return;
+  ClearStatements();
+  if (sqlite3_exec(db_, ("DETACH DATABASE " + alias).c_str(), nullptr, nullptr, nullptr) == SQLITE_OK) {
+    found->second.catalog->ReleaseLock();
+    files_.erase(found);
+  } else {
+    found->second.uses = 0;  // still attached (a transaction holds it); reused if opened again
+  }
+}
+
+void Connection::BeginTrans() {
+  Exec(level_ == 0 ? std::string("BEGIN") : "SAVEPOINT ldg_" + std::to_string(level_ + 1));
+  ++level_;
+}
+
+void Connection::CommitTrans() {
+  if (level_ == 0) RaiseStore(kErrNoTransaction);
+  Exec(level_ == 1 ? std::string("COMMIT") : "RELEASE ldg_" + std::to_string(level_));
+  --level_;
+}
+
+void Connection::Rollback() {
+  if (level_ == 0) RaiseStore(kErrNoTransaction);
+  ++rollback_count_;
+  if (level_ == 1) {
+    Exec("ROLLBACK");
+  } else {
+    std::string name = "ldg_" + std::to_string(level_);
+    Exec("ROLLBACK TO " + name + "; RELEASE " + name);
+  }
+  --level_;
+}
+
+}  // namespace ldg::store::sqlite

@@ -1,0 +1,95 @@
+// One SQLite connection with every database file ATTACHed under an alias of
+// its own, so one transaction spans all files of a workspace. It keeps
+// prepared statements by text (re-running a text costs no parse), maps SQLite
+// failures to the store's error numbers, and nests transactions: level 1 is
+// BEGIN, deeper levels are savepoints.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace ldg::store::sqlite {
+
+class Catalog;
+
+// A prepared statement in use: reset and unbound again when it goes.
+class StatementUse {
+ public:
+  explicit StatementUse(sqlite3_stmt* statement) : statement_(statement) {}
+  ~StatementUse();
+  StatementUse(const StatementUse&) = delete;
+  StatementUse& operator=(const StatementUse&) = delete;
+  sqlite3_stmt* get() const { return statement_; }
+  operator sqlite3_stmt*() const { return statement_; }
+
+ private:
+  sqlite3_stmt* statement_;
+};
+
+class Connection : public std::enable_shared_from_this<Connection> {
+ public:
+  Connection();
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  sqlite3* Handle() const { return db_; }
+
+  // The cached prepared statement for the text.
+  sqlite3_stmt* Prepare(const std::string& sql);
+  // Runs a statement that returns no rows (several separated by ";" allowed).
+  void Exec(const std::string& sql);
+  // Steps a statement; true for a row, false when done; raises on failure.
+  bool Step(sqlite3_stmt* statement);
+  // Raises the store error for an SQLite failure code.
+  [[noreturn]] void Raise(int code) const;
+
+  // Counts every write through this connection; cached rows compare it.
+  uint64_t WriteCount() const { return write_count_; }
+  void NoteWrite() { ++write_count_; }
+  // Counts rollbacks; a catalog reloads when it changed.
+  uint64_t RollbackCount() const { return rollback_count_; }
+
+  // Attaches a file (or finds it attached already) and gives its catalog.
+  // A missing file fails with 3024, a file of another kind with 3343. With
+  // create the file must not exist yet and is made with an empty catalog.
+  std::shared_ptr<Catalog> OpenFile(const std::string& path, bool create = false);
+  // Drops one use of an attached file; the last use detaches it.
+  void CloseFile(const std::string& alias);
+  // The alias a file is attached under, or empty.
+  std::string AliasOf(const std::string& path) const;
+
+  void BeginTrans();
+  void CommitTrans();
+  void Rollback();
+  int TransactionLevel() const { return level_; }
+
+ private:
+  struct AttachedFile {
+    std::string path;
+    std::shared_ptr<Catalog> catalog;
+    int uses = 0;
+  };
+
+  void ClearStatements();
+
+  sqlite3* db_ = nullptr;
+  std::unordered_map<std::string, sqlite3_stmt*> statements_;
+  std::map<std::string, AttachedFile> files_;  // by alias
+  uint64_t write_count_ = 0;
+  uint64_t rollback_count_ = 0;
+  int level_ = 0;
+  int next_alias_ = 1;
+};
+
+// The canonical form of a path, so that two spellings of one file attach once.
+std::string CanonicalPath(const std::string& path);
+
+}  // namespace ldg::store::sqlite

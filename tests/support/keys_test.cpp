@@ -1,0 +1,66 @@
+#include "support/keys.hpp"
+
+#include <gtest/gtest.h>
+
+#include "support/error.hpp"
+
+namespace ldg {
+namespace {
+
+int32_t ErrorNumberOf(auto&& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.Number();
+  }
+  return 0;
+}
+
+TEST(BuildKey, IsIDFollowedByTheNumber) {
+  EXPECT_EQ(BuildKey(17), Variant("ID17"));
+  EXPECT_EQ(BuildKey(0), Variant("ID0"));
+  EXPECT_EQ(BuildKey(-3), Variant("ID-3"));
+}
+
+TEST(KeyToID, ReadsTheNumberBehindID) {
+  EXPECT_EQ(KeyToID(Variant("ID17")), 17);
+  EXPECT_EQ(KeyToID(BuildKey(123456)), 123456);
+}
+
+TEST(KeyToID, OtherLettersInFrontAlsoMakeAKey) { EXPECT_EQ(KeyToID(Variant("ab17")), 17); }
+
+// Deliberate: a key that is no key fails as a type mismatch, not with its own text.
+TEST(KeyToID, TextStartingWithANumberIsNoKey) {
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant("17")); }), 13);
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant("1x7")); }), 13);
+}
+
+TEST(KeyToID, TextShorterThanTwoCharactersIsNoKey) {
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant("I")); }), 13);
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant("")); }), 13);
+}
+
+TEST(KeyToID, NoKeyErrorCarriesTheTypeMismatchText) {
+  try {
+    KeyToID(Variant("17"));
+    FAIL() << "nothing was raised";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Description(), RuntimeErrorText(13));
+    EXPECT_EQ(error.Source(), "");
+  }
+}
+
+TEST(KeyToID, PrefixAloneIsATypeMismatch) {
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant("ID")); }), 13);
+}
+
+TEST(KeyToID, NonNumberBehindThePrefixIsATypeMismatch) {
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant("IDx")); }), 13);
+}
+
+TEST(KeyToID, NullIsAnInvalidUseOfNull) {
+  EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant::Null()); }), 94);
+}
+
+}  // namespace
+}  // namespace ldg
