@@ -1,29 +1,28 @@
-// ldg: the command line over the engine.
+// ldg: the command line over the engine. Each command registers itself (see
+// cli/command.hpp); this file only parses and reports errors.
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "cli/command.hpp"
 #include "ldg/ldg.hpp"
 
 int main(int argc, char** argv) {
-  CLI::App app{"ldg - bookkeeping engine"};
+  CLI::App app{"ldg - bookkeeping engine for small and medium firms"};
   app.set_version_flag("--version", ldg::VersionText());
-  app.require_subcommand(0, 1);
-
-  auto* demo = app.add_subcommand("demo", "Build a demo company's year file and show what the engine knows");
-  std::string demo_dir = ".";
-  demo->add_option("dir", demo_dir, "Folder for the demo file");
-
-  CLI11_PARSE(app, argc, argv);
+  app.require_subcommand(1);
+  ldg::cli::AddCommands(app);
 
   try {
-    if (demo->parsed()) {
-      std::cout << "ldg " << ldg::VersionText() << "\n";
-      std::cout << "The demo company's year file comes with the engine's year files.\n";
-      return 0;
-    }
-    std::cout << app.help();
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error);
   } catch (const ldg::Error& error) {
-    std::cerr << "Error " << error.Number() << " (" << error.Source() << "): " << error.Description() << "\n";
+    std::cerr << "ldg: error " << error.Number();
+    if (!error.Source().empty()) std::cerr << " (" << error.Source() << ")";
+    std::cerr << ": " << error.Description() << "\n";
+    return 1;
+  } catch (const std::exception& error) {
+    std::cerr << "ldg: " << error.what() << "\n";
     return 1;
   }
   return 0;
