@@ -47,9 +47,11 @@ def main():
               "do not edit.\n")
     out.write('#include "support/case_tables.hpp"\n\n#include <algorithm>\n#include <iterator>\n\n'
               "namespace ldg {\n\nnamespace {\n\nstruct CaseMapping {\n  char32_t from;\n  char32_t to;\n};\n\n")
+    out.write("// clang-format off\n")
     emit(out, "kFold", fold)
     emit(out, "kUpper", upper)
     emit(out, "kLower", lower)
+    out.write("// clang-format on\n\n")
     out.write("""template <size_t N>
 char32_t Lookup(const CaseMapping (&table)[N], char32_t code_point) {
   auto it = std::lower_bound(std::begin(table), std::end(table), code_point,

@@ -20,7 +20,8 @@ class DBEngine {
   // A private connection outside every workspace, with its own transactions.
   virtual std::shared_ptr<Database> OpenDatabase(std::string_view path) = 0;
   // A new empty file; 3204 when the file exists. The locale text is accepted and ignored.
-  virtual std::shared_ptr<Database> CreateDatabase(std::string_view path, std::string_view locale = dbLangGeneral) = 0;
+  virtual std::shared_ptr<Database> CreateDatabase(std::string_view path,
+                                                   std::string_view locale = dbLangGeneral) = 0;
   // Writes a compacted copy of a closed file; 3204 when the destination exists.
   virtual void CompactDatabase(std::string_view source, std::string_view destination) = 0;
   virtual std::string SystemDB() const = 0;

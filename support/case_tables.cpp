@@ -13,6 +13,7 @@ struct CaseMapping {
   char32_t to;
 };
 
+// clang-format off
 constexpr CaseMapping kFold[] = {
     {0x0041, 0x0061}, {0x0042, 0x0062}, {0x0043, 0x0063}, {0x0044, 0x0064},
     {0x0045, 0x0065}, {0x0046, 0x0066}, {0x0047, 0x0067}, {0x0048, 0x0068},
@@ -1100,6 +1101,8 @@ constexpr CaseMapping kLower[] = {
     {0x1E91D, 0x1E93F}, {0x1E91E, 0x1E940}, {0x1E91F, 0x1E941}, {0x1E920, 0x1E942},
     {0x1E921, 0x1E943},
 };
+
+// clang-format on
 
 template <size_t N>
 char32_t Lookup(const CaseMapping (&table)[N], char32_t code_point) {

@@ -93,7 +93,8 @@ Currency ToCurrency(const ParsedNumber& number) {
   } else if (static_cast<size_t>(int_len) >= digits.size()) {
     text += digits + std::string(static_cast<size_t>(int_len) - digits.size(), '0');
   } else {
-    text += digits.substr(0, static_cast<size_t>(int_len)) + "." + digits.substr(static_cast<size_t>(int_len));
+    text +=
+        digits.substr(0, static_cast<size_t>(int_len)) + "." + digits.substr(static_cast<size_t>(int_len));
   }
   std::optional<Currency> value = Currency::Parse(text);
   if (!value) RaiseRuntime(kErrOverflow);
@@ -121,26 +122,37 @@ int64_t CheckRange(Wide value, int64_t low, int64_t high) {
 
 int64_t ToWhole(const Variant& value, int64_t low, int64_t high) {
   switch (value.Type()) {
-    case VarType::kEmpty: return 0;
-    case VarType::kNull: RaiseRuntime(kErrInvalidUseOfNull);
-    case VarType::kBoolean: return CheckRange(value.AsBoolean() ? -1 : 0, low, high);
-    case VarType::kByte: return CheckRange(value.AsByte(), low, high);
-    case VarType::kInteger: return CheckRange(value.AsInteger(), low, high);
-    case VarType::kLong: return CheckRange(value.AsLong(), low, high);
-    case VarType::kSingle: return WholeFromDouble(value.AsSingle(), low, high);
-    case VarType::kDouble: return WholeFromDouble(value.AsDouble(), low, high);
-    case VarType::kCurrency: return CheckRange(DivideHalfEven(value.AsCurrency().Raw(), Currency::kScale), low, high);
+    case VarType::kEmpty:
+      return 0;
+    case VarType::kNull:
+      RaiseRuntime(kErrInvalidUseOfNull);
+    case VarType::kBoolean:
+      return CheckRange(value.AsBoolean() ? -1 : 0, low, high);
+    case VarType::kByte:
+      return CheckRange(value.AsByte(), low, high);
+    case VarType::kInteger:
+      return CheckRange(value.AsInteger(), low, high);
+    case VarType::kLong:
+      return CheckRange(value.AsLong(), low, high);
+    case VarType::kSingle:
+      return WholeFromDouble(value.AsSingle(), low, high);
+    case VarType::kDouble:
+      return WholeFromDouble(value.AsDouble(), low, high);
+    case VarType::kCurrency:
+      return CheckRange(DivideHalfEven(value.AsCurrency().Raw(), Currency::kScale), low, high);
     case VarType::kDecimal: {
       const Decimal decimal = value.AsDecimal();
       return CheckRange(DivideHalfEven(decimal.mantissa, PowerOfTen(decimal.scale)), low, high);
     }
-    case VarType::kDate: return WholeFromDouble(value.AsDate().Serial(), low, high);
+    case VarType::kDate:
+      return WholeFromDouble(value.AsDate().Serial(), low, high);
     case VarType::kString: {
       const ParsedNumber number = ReadNumberOrRaise(value.AsString());
       if (number.radix_value) return CheckRange(*number.radix_value, low, high);
       return WholeFromDouble(ToDouble(number), low, high);
     }
-    default: RaiseForObject(value);
+    default:
+      RaiseForObject(value);
   }
 }
 
@@ -217,8 +229,8 @@ std::optional<ParsedNumber> ReadLocaleNumber(std::string_view text) {
     number.negative = text[pos++] == '-';
     while (pos < text.size() && IsBlank(text[pos])) ++pos;
   }
-  if (pos + 1 < text.size() && text[pos] == '&' && (text[pos + 1] == 'H' || text[pos + 1] == 'h' ||
-                                                     text[pos + 1] == 'O' || text[pos + 1] == 'o')) {
+  if (pos + 1 < text.size() && text[pos] == '&' &&
+      (text[pos + 1] == 'H' || text[pos + 1] == 'h' || text[pos + 1] == 'O' || text[pos + 1] == 'o')) {
     const int radix = (text[pos + 1] == 'H' || text[pos + 1] == 'h') ? 16 : 8;
     std::string_view digits = text.substr(pos + 2);
     if (digits.empty()) return std::nullopt;
@@ -303,9 +315,10 @@ std::string DoubleText(double value, bool single) {
   if (std::isnan(value) || std::isinf(value)) return std::isnan(value) ? "NaN" : (value < 0 ? "-Inf" : "Inf");
   if (value == 0) return "0";
   char buffer[64];
-  const auto result = single ? std::to_chars(buffer, buffer + sizeof buffer, static_cast<float>(value),
-                                             std::chars_format::scientific)
-                             : std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific);
+  const auto result =
+      single ? std::to_chars(buffer, buffer + sizeof buffer, static_cast<float>(value),
+                             std::chars_format::scientific)
+             : std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific);
   std::string_view text(buffer, static_cast<size_t>(result.ptr - buffer));
   const bool negative = text.front() == '-';
   if (negative) text.remove_prefix(1);
@@ -334,36 +347,55 @@ std::string DoubleText(double value, bool single) {
 
 std::string CStr(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kEmpty: return "";
-    case VarType::kNull: RaiseRuntime(kErrInvalidUseOfNull);
-    case VarType::kBoolean: return value.AsBoolean() ? "Wahr" : "Falsch";
-    case VarType::kByte: return std::to_string(value.AsByte());
-    case VarType::kInteger: return std::to_string(value.AsInteger());
-    case VarType::kLong: return std::to_string(value.AsLong());
-    case VarType::kSingle: return DoubleText(value.AsSingle(), true);
-    case VarType::kDouble: return DoubleText(value.AsDouble(), false);
-    case VarType::kCurrency: return value.AsCurrency().ToString();
-    case VarType::kDecimal: return DecimalText(value.AsDecimal());
-    case VarType::kDate: return DateText(value.AsDate());
-    case VarType::kString: return value.AsString();
-    default: RaiseForObject(value);
+    case VarType::kEmpty:
+      return "";
+    case VarType::kNull:
+      RaiseRuntime(kErrInvalidUseOfNull);
+    case VarType::kBoolean:
+      return value.AsBoolean() ? "Wahr" : "Falsch";
+    case VarType::kByte:
+      return std::to_string(value.AsByte());
+    case VarType::kInteger:
+      return std::to_string(value.AsInteger());
+    case VarType::kLong:
+      return std::to_string(value.AsLong());
+    case VarType::kSingle:
+      return DoubleText(value.AsSingle(), true);
+    case VarType::kDouble:
+      return DoubleText(value.AsDouble(), false);
+    case VarType::kCurrency:
+      return value.AsCurrency().ToString();
+    case VarType::kDecimal:
+      return DecimalText(value.AsDecimal());
+    case VarType::kDate:
+      return DateText(value.AsDate());
+    case VarType::kString:
+      return value.AsString();
+    default:
+      RaiseForObject(value);
   }
 }
 
 bool CBool(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kEmpty: return false;
-    case VarType::kNull: RaiseRuntime(kErrInvalidUseOfNull);
-    case VarType::kBoolean: return value.AsBoolean();
+    case VarType::kEmpty:
+      return false;
+    case VarType::kNull:
+      RaiseRuntime(kErrInvalidUseOfNull);
+    case VarType::kBoolean:
+      return value.AsBoolean();
     case VarType::kString: {
       const std::string text = Trim(value.AsString());
       if (EqualsNoCase(text, "Wahr") || EqualsNoCase(text, "True")) return true;
       if (EqualsNoCase(text, "Falsch") || EqualsNoCase(text, "False")) return false;
       return CDbl(value) != 0;
     }
-    case VarType::kCurrency: return !value.AsCurrency().IsZero();
-    case VarType::kDecimal: return value.AsDecimal().mantissa != 0;
-    default: return CDbl(value) != 0;
+    case VarType::kCurrency:
+      return !value.AsCurrency().IsZero();
+    case VarType::kDecimal:
+      return value.AsDecimal().mantissa != 0;
+    default:
+      return CDbl(value) != 0;
   }
 }
 
@@ -379,51 +411,76 @@ float CSng(const Variant& value) {
 
 double CDbl(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kEmpty: return 0;
-    case VarType::kNull: RaiseRuntime(kErrInvalidUseOfNull);
-    case VarType::kBoolean: return value.AsBoolean() ? -1 : 0;
-    case VarType::kByte: return value.AsByte();
-    case VarType::kInteger: return value.AsInteger();
-    case VarType::kLong: return value.AsLong();
-    case VarType::kSingle: return value.AsSingle();
-    case VarType::kDouble: return value.AsDouble();
-    case VarType::kCurrency: return value.AsCurrency().ToDouble();
-    case VarType::kDecimal: return value.AsDecimal().ToDouble();
-    case VarType::kDate: return value.AsDate().Serial();
-    case VarType::kString: return ToDouble(ReadNumberOrRaise(value.AsString()));
-    default: RaiseForObject(value);
+    case VarType::kEmpty:
+      return 0;
+    case VarType::kNull:
+      RaiseRuntime(kErrInvalidUseOfNull);
+    case VarType::kBoolean:
+      return value.AsBoolean() ? -1 : 0;
+    case VarType::kByte:
+      return value.AsByte();
+    case VarType::kInteger:
+      return value.AsInteger();
+    case VarType::kLong:
+      return value.AsLong();
+    case VarType::kSingle:
+      return value.AsSingle();
+    case VarType::kDouble:
+      return value.AsDouble();
+    case VarType::kCurrency:
+      return value.AsCurrency().ToDouble();
+    case VarType::kDecimal:
+      return value.AsDecimal().ToDouble();
+    case VarType::kDate:
+      return value.AsDate().Serial();
+    case VarType::kString:
+      return ToDouble(ReadNumberOrRaise(value.AsString()));
+    default:
+      RaiseForObject(value);
   }
 }
 
 Currency CCur(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kEmpty: return Currency();
-    case VarType::kNull: RaiseRuntime(kErrInvalidUseOfNull);
-    case VarType::kBoolean: return Currency::FromUnits(value.AsBoolean() ? -1 : 0);
-    case VarType::kByte: return Currency::FromUnits(value.AsByte());
-    case VarType::kInteger: return Currency::FromUnits(value.AsInteger());
-    case VarType::kLong: return Currency::FromUnits(value.AsLong());
-    case VarType::kCurrency: return value.AsCurrency();
+    case VarType::kEmpty:
+      return Currency();
+    case VarType::kNull:
+      RaiseRuntime(kErrInvalidUseOfNull);
+    case VarType::kBoolean:
+      return Currency::FromUnits(value.AsBoolean() ? -1 : 0);
+    case VarType::kByte:
+      return Currency::FromUnits(value.AsByte());
+    case VarType::kInteger:
+      return Currency::FromUnits(value.AsInteger());
+    case VarType::kLong:
+      return Currency::FromUnits(value.AsLong());
+    case VarType::kCurrency:
+      return value.AsCurrency();
     case VarType::kDecimal: {
       std::optional<Currency> exact = Currency::Parse(DecimalText(value.AsDecimal()));
       if (!exact) RaiseRuntime(kErrOverflow);
       return *exact;
     }
-    case VarType::kString: return ToCurrency(ReadNumberOrRaise(value.AsString()));
-    default: return Currency::FromDouble(CDbl(value));
+    case VarType::kString:
+      return ToCurrency(ReadNumberOrRaise(value.AsString()));
+    default:
+      return Currency::FromDouble(CDbl(value));
   }
 }
 
 OleDate CDate(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kNull: RaiseRuntime(kErrInvalidUseOfNull);
-    case VarType::kDate: return value.AsDate();
+    case VarType::kNull:
+      RaiseRuntime(kErrInvalidUseOfNull);
+    case VarType::kDate:
+      return value.AsDate();
     case VarType::kString: {
       std::optional<OleDate> date = ReadDateText(value.AsString());
       if (!date) RaiseRuntime(kErrTypeMismatch);
       return *date;
     }
-    default: return CheckedDate(CDbl(value));
+    default:
+      return CheckedDate(CDbl(value));
   }
 }
 
@@ -447,7 +504,8 @@ double Val(std::string_view text) {
     return static_cast<double>(*ReadRadixNumber(std::string_view(compact).substr(2, end - 2), radix));
   }
   ParsedNumber number;
-  if (pos < compact.size() && (compact[pos] == '-' || compact[pos] == '+')) number.negative = compact[pos++] == '-';
+  if (pos < compact.size() && (compact[pos] == '-' || compact[pos] == '+'))
+    number.negative = compact[pos++] == '-';
   for (; pos < compact.size() && IsDigit(compact[pos]); ++pos) number.digits += compact[pos];
   if (pos < compact.size() && compact[pos] == '.') {
     for (++pos; pos < compact.size() && IsDigit(compact[pos]); ++pos) {
@@ -456,8 +514,8 @@ double Val(std::string_view text) {
     }
   }
   if (number.digits.empty()) return 0;
-  if (pos + 1 < compact.size() && (compact[pos] == 'e' || compact[pos] == 'E' || compact[pos] == 'd' ||
-                                   compact[pos] == 'D')) {
+  if (pos + 1 < compact.size() &&
+      (compact[pos] == 'e' || compact[pos] == 'E' || compact[pos] == 'd' || compact[pos] == 'D')) {
     size_t p = pos + 1;
     bool negative_exponent = false;
     if (compact[p] == '-' || compact[p] == '+') negative_exponent = compact[p++] == '-';

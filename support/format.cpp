@@ -48,7 +48,7 @@ Digits FromDouble(double value, int significant) {
   if (number.negative) text.remove_prefix(1);
   const size_t e = text.find('e');
   for (char c : text.substr(0, e)) {
-    if (c != '.') number.digits += c;
+    if (c >= '0' && c <= '9') number.digits += c;  // whatever decimal sign the C library uses
   }
   number.int_len = std::stol(std::string(text.substr(e + 1))) + 1;
   Normalize(number);
@@ -83,7 +83,8 @@ void RoundAway(Digits& number, int decimals) {
   number.digits.resize(static_cast<size_t>(keep));
   if (up) {
     long i = keep - 1;
-    while (i >= 0 && number.digits[static_cast<size_t>(i)] == '9') number.digits[static_cast<size_t>(i--)] = '0';
+    while (i >= 0 && number.digits[static_cast<size_t>(i)] == '9')
+      number.digits[static_cast<size_t>(i--)] = '0';
     if (i < 0) {
       number.digits.insert(number.digits.begin(), '1');
       ++number.int_len;
@@ -104,7 +105,8 @@ std::string IntegerDigits(const Digits& number) {
 std::string FractionDigits(const Digits& number, int decimals) {
   std::string out;
   for (long i = number.int_len; i < number.int_len + decimals; ++i) {
-    out += (i >= 0 && static_cast<size_t>(i) < number.digits.size()) ? number.digits[static_cast<size_t>(i)] : '0';
+    out += (i >= 0 && static_cast<size_t>(i) < number.digits.size()) ? number.digits[static_cast<size_t>(i)]
+                                                                     : '0';
   }
   return out;
 }
@@ -300,8 +302,17 @@ constexpr const char* kDayShort[] = {"So", "Mo", "Di", "Mi", "Do", "Fr", "Sa"};
 
 bool IsDateLetter(char c) {
   switch (c | 0x20) {
-    case 'y': case 'm': case 'd': case 'h': case 'n': case 's': case 'q': case 'w': return true;
-    default: return false;
+    case 'y':
+    case 'm':
+    case 'd':
+    case 'h':
+    case 'n':
+    case 's':
+    case 'q':
+    case 'w':
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -382,7 +393,9 @@ std::string FormatDateValue(OleDate date, std::string_view pattern) {
   for (const DateToken& token : ParseDatePattern(pattern)) {
     const size_t n = token.count;
     switch (token.letter) {
-      case 0: out += token.text; break;
+      case 0:
+        out += token.text;
+        break;
       case 'y':
         if (n >= 3) {
           out += Padded(t.year, 4);
@@ -392,7 +405,9 @@ std::string FormatDateValue(OleDate date, std::string_view pattern) {
           out += std::to_string(day_of_year);
         }
         break;
-      case 'q': out += std::to_string((t.month - 1) / 3 + 1); break;
+      case 'q':
+        out += std::to_string((t.month - 1) / 3 + 1);
+        break;
       case 'm':
         if (n >= 4) {
           out += kMonthNames[t.month - 1];
@@ -420,9 +435,15 @@ std::string FormatDateValue(OleDate date, std::string_view pattern) {
         }
         break;
       }
-      case 'h': out += Padded(t.hour, std::min<size_t>(n, 2)); break;
-      case 'n': out += Padded(t.minute, std::min<size_t>(n, 2)); break;
-      case 's': out += Padded(t.second, std::min<size_t>(n, 2)); break;
+      case 'h':
+        out += Padded(t.hour, std::min<size_t>(n, 2));
+        break;
+      case 'n':
+        out += Padded(t.minute, std::min<size_t>(n, 2));
+        break;
+      case 's':
+        out += Padded(t.second, std::min<size_t>(n, 2));
+        break;
     }
   }
   return out;
@@ -441,26 +462,32 @@ std::string_view NamedPattern(std::string_view pattern) {
 
 std::optional<Digits> NumberDigits(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kBoolean: return FromExactText(value.AsBoolean() ? "-1" : "0");
+    case VarType::kBoolean:
+      return FromExactText(value.AsBoolean() ? "-1" : "0");
     case VarType::kByte:
     case VarType::kInteger:
     case VarType::kLong:
     case VarType::kDecimal:
     case VarType::kCurrency:
       return FromExactText(CStr(value));
-    case VarType::kSingle: return FromDouble(value.AsSingle(), 7);
-    case VarType::kDouble: return FromDouble(value.AsDouble(), 15);
-    case VarType::kDate: return FromDouble(value.AsDate().Serial(), 15);
+    case VarType::kSingle:
+      return FromDouble(value.AsSingle(), 7);
+    case VarType::kDouble:
+      return FromDouble(value.AsDouble(), 15);
+    case VarType::kDate:
+      return FromDouble(value.AsDate().Serial(), 15);
     case VarType::kString:
       if (!IsNumeric(value)) return std::nullopt;
       return FromDouble(CDbl(value), 15);
-    default: return std::nullopt;
+    default:
+      return std::nullopt;
   }
 }
 
 std::optional<OleDate> DateOf(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kDate: return value.AsDate();
+    case VarType::kDate:
+      return value.AsDate();
     case VarType::kString:
       if (IsDate(value)) return CDate(value);
       if (IsNumeric(value)) return CDate(CDbl(value));

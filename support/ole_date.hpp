@@ -38,7 +38,7 @@ class OleDate {
 
   constexpr auto operator<=>(const OleDate&) const = default;
 
-  static constexpr double kMin = -657434.0;           // 0100-01-01
+  static constexpr double kMin = -657434.0;            // 0100-01-01
   static constexpr double kMax = 2958465.99998842593;  // 9999-12-31 23:59:59
 
   // Whether a serial lies in the years 100 to 9999. Before the epoch the time of

@@ -11,6 +11,13 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
+// Folding with a shortcut for ASCII, which most names and keys are: the comparisons run as the store's
+// collation.
+inline char32_t Fold(char32_t code_point) {
+  if (code_point < 0x80) return code_point >= 'A' && code_point <= 'Z' ? code_point + 32 : code_point;
+  return SimpleFold(code_point);
+}
+
 // Decodes one code point; false for a byte that starts no valid sequence (then one byte is consumed).
 bool DecodeOne(std::string_view text, size_t& pos, char32_t& code_point) {
   const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -34,7 +41,7 @@ bool DecodeOne(std::string_view text, size_t& pos, char32_t& code_point) {
     ++pos;
     return false;
   }
-  if (pos + extra >= text.size() + 1) {
+  if (pos + extra >= text.size()) {
     code_point = kReplacement;
     ++pos;
     return false;
@@ -90,7 +97,7 @@ std::vector<char32_t> Decode(std::string_view text, bool fold) {
   size_t pos = 0;
   while (pos < text.size()) {
     char32_t code_point = DecodeUtf8(text, pos);
-    out.push_back(fold ? SimpleFold(code_point) : code_point);
+    out.push_back(fold ? Fold(code_point) : code_point);
   }
   return out;
 }
@@ -141,7 +148,9 @@ std::string Mid(std::string_view text, size_t start, size_t length) {
   return std::string(rest.substr(0, OffsetOf(rest, length)));
 }
 
-std::string Left(std::string_view text, size_t length) { return std::string(text.substr(0, OffsetOf(text, length))); }
+std::string Left(std::string_view text, size_t length) {
+  return std::string(text.substr(0, OffsetOf(text, length)));
+}
 
 std::string Right(std::string_view text, size_t length) {
   const size_t count = Len(text);
@@ -193,16 +202,16 @@ std::string Replace(std::string_view text, std::string_view find, std::string_vi
 
 std::string Space(size_t count) { return std::string(count, ' '); }
 
-char32_t FoldCase(char32_t code_point) { return SimpleFold(code_point); }
+char32_t FoldCase(char32_t code_point) { return Fold(code_point); }
 
-std::string FoldCase(std::string_view text) { return MapCodePoints(text, SimpleFold); }
+std::string FoldCase(std::string_view text) { return MapCodePoints(text, Fold); }
 
 int CompareNoCase(std::string_view a, std::string_view b) {
   size_t pos_a = 0;
   size_t pos_b = 0;
   while (pos_a < a.size() && pos_b < b.size()) {
-    const char32_t ca = SimpleFold(DecodeUtf8(a, pos_a));
-    const char32_t cb = SimpleFold(DecodeUtf8(b, pos_b));
+    const char32_t ca = Fold(DecodeUtf8(a, pos_a));
+    const char32_t cb = Fold(DecodeUtf8(b, pos_b));
     if (ca != cb) return ca < cb ? -1 : 1;
   }
   if (pos_a < a.size()) return 1;

@@ -10,18 +10,23 @@
 namespace ldg {
 
 size_t Len(std::string_view text);
-// One-based start, as the run time's Mid; a start beyond the text gives "".
+// One-based start, as the run time's Mid; a start beyond the text gives "", a
+// start of 0 raises 5.
 std::string Mid(std::string_view text, size_t start, size_t length = std::string_view::npos);
 std::string Left(std::string_view text, size_t length);
 std::string Right(std::string_view text, size_t length);
-std::string Trim(std::string_view text);   // blanks only, as the run time trims
+std::string Trim(std::string_view text);  // blanks only, as the run time trims
 std::string LTrim(std::string_view text);
 std::string RTrim(std::string_view text);
+// Simple (one to one) case mappings: "ß" stays "ß" in UCase.
 std::string UCase(std::string_view text);
 std::string LCase(std::string_view text);
-// One-based position of find in text from start, 0 when absent; ignore_case
-// compares by case folding.
+// One-based position of find in text from start, 0 when absent or when start
+// lies beyond the text; an empty find gives start; start 0 raises 5.
+// ignore_case compares by simple case folding.
 size_t InStr(std::string_view text, std::string_view find, size_t start = 1, bool ignore_case = false);
+// Every occurrence, left to right, never searching inside what was put in; an
+// empty find leaves the text as it is.
 std::string Replace(std::string_view text, std::string_view find, std::string_view with);
 std::string Space(size_t count);
 

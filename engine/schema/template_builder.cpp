@@ -22,8 +22,8 @@ void Making(const std::string& what, Step&& step) {
 
 }  // namespace
 
-// The whole build is one transaction: one write to the disk instead of one per
-// object, and a failed build leaves an empty file.
+// One transaction for the whole build: a single write to the disk instead of
+// one per object.
 void TemplateBuilder::Build(store::DBEngine& engine, std::string_view path) const {
   engine.CreateDatabase(path)->Close();
   std::shared_ptr<store::Workspace> workspace = engine.CreateWorkspace("TemplateBuilder", "", "");

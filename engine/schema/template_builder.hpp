@@ -19,7 +19,8 @@ class TemplateBuilder {
   explicit TemplateBuilder(const SchemaDescription& schema) : schema_(schema) {}
 
   // Creates a new database file at path (the store refuses an existing one
-  // with 3204), builds the description into it and closes it.
+  // with 3204), builds the description into it in one transaction and closes
+  // it; a failed build rolls back what it made.
   void Build(store::DBEngine& engine, std::string_view path) const;
 
   // Builds the description into an open database that holds none of its

@@ -15,10 +15,10 @@ struct Select;
 
 struct Expr {
   enum class Kind {
-    kNumber,    // text: as written
-    kString,    // text: the value
-    kDate,      // date
-    kBoolean,   // truth
+    kNumber,   // text: as written
+    kString,   // text: the value
+    kDate,     // date
+    kBoolean,  // truth
     kNull,
     kName,      // parts: a.b.c; a last part "*" is a star
     kUnary,     // text: "-", "+" or "NOT"; args[0]
@@ -49,8 +49,8 @@ struct Source {
   enum class JoinType { kInner, kLeft, kRight };
 
   Kind kind = Kind::kNamed;
-  std::string name;     // table or stored query
-  std::string alias;    // empty when none is given
+  std::string name;   // table or stored query
+  std::string alias;  // empty when none is given
   std::unique_ptr<Select> derived;
   JoinType join = JoinType::kInner;
   std::unique_ptr<Source> left, right;
@@ -92,13 +92,13 @@ struct Statement {
 
   Kind kind = Kind::kSelect;
   std::vector<ParameterDeclaration> parameters;
-  std::unique_ptr<Select> select;           // SELECT, and the rows of INSERT ... SELECT
-  std::string insert_table;                 // INSERT
-  std::vector<std::string> insert_columns;  // empty: every column in field order
-  std::vector<ExprPtr> insert_values;       // INSERT ... VALUES
+  std::unique_ptr<Select> select;             // SELECT, and the rows of INSERT ... SELECT
+  std::string insert_table;                   // INSERT
+  std::vector<std::string> insert_columns;    // empty: every column in field order
+  std::vector<ExprPtr> insert_values;         // INSERT ... VALUES
   std::vector<std::unique_ptr<Source>> from;  // UPDATE target (may be a join), DELETE source
   std::vector<Assignment> assignments;
-  std::string delete_star;                  // "t" of DELETE t.* (empty for * or none)
+  std::string delete_star;  // "t" of DELETE t.* (empty for * or none)
   ExprPtr where;
 };
 

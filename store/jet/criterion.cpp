@@ -35,7 +35,9 @@ Value Number(double number) {
 
 Value Truth(std::optional<bool> truth) { return truth ? Number(*truth ? -1.0 : 0.0) : Value(); }
 
-[[noreturn]] void RaiseMismatch() { RaiseStoreError(kErrTypeMismatch, "Data type mismatch in criteria expression."); }
+[[noreturn]] void RaiseMismatch() {
+  RaiseStoreError(kErrTypeMismatch, "Data type mismatch in criteria expression.");
+}
 
 std::optional<double> TextAsNumber(const std::string& text) {
   if (text.empty()) return std::nullopt;
@@ -88,9 +90,13 @@ int Sign(double difference) { return difference < 0 ? -1 : difference > 0 ? 1 : 
 
 std::optional<int> CompareValues(const Value& a, const Value& b) {
   if (a.kind == Value::Kind::kNull || b.kind == Value::Kind::kNull) return std::nullopt;
-  if (a.kind == Value::Kind::kText && b.kind == Value::Kind::kText) return Sign(CompareNoCase(a.text, b.text));
-  if (a.kind == Value::Kind::kCurrency && b.kind == Value::Kind::kCurrency) return Sign(static_cast<double>(a.raw > b.raw) - static_cast<double>(a.raw < b.raw));
-  const Value* currency = a.kind == Value::Kind::kCurrency ? &a : b.kind == Value::Kind::kCurrency ? &b : nullptr;
+  if (a.kind == Value::Kind::kText && b.kind == Value::Kind::kText)
+    return Sign(CompareNoCase(a.text, b.text));
+  if (a.kind == Value::Kind::kCurrency && b.kind == Value::Kind::kCurrency)
+    return Sign(static_cast<double>(a.raw > b.raw) - static_cast<double>(a.raw < b.raw));
+  const Value* currency = a.kind == Value::Kind::kCurrency   ? &a
+                          : b.kind == Value::Kind::kCurrency ? &b
+                                                             : nullptr;
   const Value* other = currency == &a ? &b : &a;
   if (currency != nullptr && other->literal != nullptr) {
     if (std::optional<Currency> exact = Currency::Parse(*other->literal)) {
@@ -152,7 +158,8 @@ class CompiledCriterion : public Criterion {
   }
 
   [[noreturn]] static void RaiseUnknown(const std::string& name) {
-    RaiseStoreError(kErrUnknownField, "The name '" + name + "' in the criterion is not a field of the record set.");
+    RaiseStoreError(kErrUnknownField,
+                    "The name '" + name + "' in the criterion is not a field of the record set.");
   }
 
   static Value FromVariant(const Variant& variant) {
@@ -285,11 +292,16 @@ class CompiledCriterion : public Criterion {
     if (left.kind == Value::Kind::kNull || right.kind == Value::Kind::kNull) return Value();
     if (op == "=" || op == "<>" || op == "<" || op == ">" || op == "<=" || op == ">=") {
       const int order = *CompareValues(left, right);
-      const bool result = op == "=" ? order == 0 : op == "<>" ? order != 0 : op == "<" ? order < 0
-                        : op == ">" ? order > 0 : op == "<=" ? order <= 0 : order >= 0;
+      const bool result = op == "="    ? order == 0
+                          : op == "<>" ? order != 0
+                          : op == "<"  ? order < 0
+                          : op == ">"  ? order > 0
+                          : op == "<=" ? order <= 0
+                                       : order >= 0;
       return Truth(result);
     }
-    if (left.kind == Value::Kind::kCurrency && right.kind == Value::Kind::kCurrency && (op == "+" || op == "-")) {
+    if (left.kind == Value::Kind::kCurrency && right.kind == Value::Kind::kCurrency &&
+        (op == "+" || op == "-")) {
       const Currency a = Currency::FromRaw(left.raw), b = Currency::FromRaw(right.raw);
       Value value;
       value.kind = Value::Kind::kCurrency;
@@ -311,7 +323,8 @@ class CompiledCriterion : public Criterion {
 
 }  // namespace
 
-std::unique_ptr<Criterion> CompileCriterion(std::string_view criterion, const std::vector<ResultColumn>& columns) {
+std::unique_ptr<Criterion> CompileCriterion(std::string_view criterion,
+                                            const std::vector<ResultColumn>& columns) {
   return std::make_unique<CompiledCriterion>(criterion, columns);
 }
 

@@ -15,8 +15,8 @@ enum class TokenKind { kName, kNumber, kString, kDate, kSymbol, kEnd };
 
 struct Token {
   TokenKind kind = TokenKind::kEnd;
-  std::string text;      // name, number as written, string value, or symbol
-  double date = 0.0;     // OLE day number of a date
+  std::string text;   // name, number as written, string value, or symbol
+  double date = 0.0;  // OLE day number of a date
   bool bracketed = false;
   size_t pos = 0;
 

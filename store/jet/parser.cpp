@@ -13,11 +13,11 @@ namespace {
 constexpr int kMaxDepth = 200;
 
 constexpr std::string_view kReserved[] = {
-    "SELECT", "FROM",  "WHERE",   "GROUP",    "ORDER", "BY",     "HAVING",     "AND",         "OR",
-    "NOT",    "IN",    "IS",      "NULL",     "LIKE",  "BETWEEN", "AS",        "ON",          "INNER",
-    "LEFT",   "RIGHT", "OUTER",   "JOIN",     "SET",   "UPDATE", "DELETE",     "INSERT",      "INTO",
-    "VALUES", "TRUE",  "FALSE",   "PARAMETERS", "DISTINCT", "DISTINCTROW", "UNION", "ASC", "DESC",
-    "XOR",    "MOD",   "ALL",     "TOP",      "EXISTS"};
+    "SELECT", "FROM",  "WHERE", "GROUP",      "ORDER",    "BY",          "HAVING", "AND",    "OR",
+    "NOT",    "IN",    "IS",    "NULL",       "LIKE",     "BETWEEN",     "AS",     "ON",     "INNER",
+    "LEFT",   "RIGHT", "OUTER", "JOIN",       "SET",      "UPDATE",      "DELETE", "INSERT", "INTO",
+    "VALUES", "TRUE",  "FALSE", "PARAMETERS", "DISTINCT", "DISTINCTROW", "UNION",  "ASC",    "DESC",
+    "XOR",    "MOD",   "ALL",   "TOP",        "EXISTS"};
 
 FieldType ParameterType(std::string_view word) {
   struct Entry {
@@ -25,19 +25,26 @@ FieldType ParameterType(std::string_view word) {
     FieldType type;
   };
   static constexpr Entry kTypes[] = {
-      {"TEXT", FieldType::kText},         {"CHAR", FieldType::kText},        {"VARCHAR", FieldType::kText},
-      {"STRING", FieldType::kText},       {"ALPHANUMERIC", FieldType::kText}, {"MEMO", FieldType::kMemo},
-      {"LONGTEXT", FieldType::kMemo},     {"LONG", FieldType::kLong},        {"INTEGER", FieldType::kLong},
-      {"INT", FieldType::kLong},          {"INTEGER4", FieldType::kLong},    {"SHORT", FieldType::kInteger},
-      {"SMALLINT", FieldType::kInteger},  {"INTEGER2", FieldType::kInteger}, {"BYTE", FieldType::kByte},
-      {"TINYINT", FieldType::kByte},      {"INTEGER1", FieldType::kByte},    {"CURRENCY", FieldType::kCurrency},
-      {"MONEY", FieldType::kCurrency},    {"SINGLE", FieldType::kSingle},    {"REAL", FieldType::kSingle},
-      {"FLOAT4", FieldType::kSingle},     {"IEEESINGLE", FieldType::kSingle}, {"DOUBLE", FieldType::kDouble},
-      {"FLOAT", FieldType::kDouble},      {"FLOAT8", FieldType::kDouble},    {"NUMBER", FieldType::kDouble},
-      {"IEEEDOUBLE", FieldType::kDouble}, {"NUMERIC", FieldType::kDouble},   {"DATETIME", FieldType::kDate},
-      {"DATE", FieldType::kDate},         {"TIME", FieldType::kDate},        {"TIMESTAMP", FieldType::kDate},
-      {"BIT", FieldType::kBoolean},       {"YESNO", FieldType::kBoolean},    {"BOOLEAN", FieldType::kBoolean},
-      {"LOGICAL", FieldType::kBoolean},   {"VALUE", FieldType::kUnknown},    {"VARIANT", FieldType::kUnknown},
+      {"TEXT", FieldType::kText},         {"CHAR", FieldType::kText},
+      {"VARCHAR", FieldType::kText},      {"STRING", FieldType::kText},
+      {"ALPHANUMERIC", FieldType::kText}, {"MEMO", FieldType::kMemo},
+      {"LONGTEXT", FieldType::kMemo},     {"LONG", FieldType::kLong},
+      {"INTEGER", FieldType::kLong},      {"INT", FieldType::kLong},
+      {"INTEGER4", FieldType::kLong},     {"SHORT", FieldType::kInteger},
+      {"SMALLINT", FieldType::kInteger},  {"INTEGER2", FieldType::kInteger},
+      {"BYTE", FieldType::kByte},         {"TINYINT", FieldType::kByte},
+      {"INTEGER1", FieldType::kByte},     {"CURRENCY", FieldType::kCurrency},
+      {"MONEY", FieldType::kCurrency},    {"SINGLE", FieldType::kSingle},
+      {"REAL", FieldType::kSingle},       {"FLOAT4", FieldType::kSingle},
+      {"IEEESINGLE", FieldType::kSingle}, {"DOUBLE", FieldType::kDouble},
+      {"FLOAT", FieldType::kDouble},      {"FLOAT8", FieldType::kDouble},
+      {"NUMBER", FieldType::kDouble},     {"IEEEDOUBLE", FieldType::kDouble},
+      {"NUMERIC", FieldType::kDouble},    {"DATETIME", FieldType::kDate},
+      {"DATE", FieldType::kDate},         {"TIME", FieldType::kDate},
+      {"TIMESTAMP", FieldType::kDate},    {"BIT", FieldType::kBoolean},
+      {"YESNO", FieldType::kBoolean},     {"BOOLEAN", FieldType::kBoolean},
+      {"LOGICAL", FieldType::kBoolean},   {"VALUE", FieldType::kUnknown},
+      {"VARIANT", FieldType::kUnknown},
   };
   for (const Entry& entry : kTypes) {
     if (entry.word.size() != word.size()) continue;

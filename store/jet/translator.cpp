@@ -253,7 +253,8 @@ class Translator {
     const std::string key = FoldCase(name);
     if (auto found = queries_.find(key); found != queries_.end()) return found->second;
     for (const std::string& open : expanding_) {
-      if (open == key) RaiseStoreError(kErrCircularQuery, "Circular reference caused by query '" + name + "'.");
+      if (open == key)
+        RaiseStoreError(kErrCircularQuery, "Circular reference caused by query '" + name + "'.");
     }
     std::optional<std::string> text = catalog_.QueryText(name);
     if (!text) RaiseUnknownTable(name);
@@ -384,7 +385,8 @@ class Translator {
         for (const SourceScope& source : level->sources) {
           if (!EqualsNoCase(source.ref, parts[0])) continue;
           const std::vector<std::string> rest(parts.begin() + 1, parts.end());
-          if (const Column* column = FindColumn(source, Join(rest, "."))) return ColumnReference(source, *column);
+          if (const Column* column = FindColumn(source, Join(rest, ".")))
+            return ColumnReference(source, *column);
         }
       }
       if (std::optional<Typed> found = FindUnqualified(*level, whole)) return *found;
@@ -409,12 +411,13 @@ class Translator {
     }
     if (!assigning) return value.sql;
     if (target == FieldType::kBoolean) {
-      if (value.number != nullptr) return std::strtod(value.number->text.c_str(), nullptr) != 0.0 ? "-1" : "0";
+      if (value.number != nullptr)
+        return std::strtod(value.number->text.c_str(), nullptr) != 0.0 ? "-1" : "0";
       if (value.predicate) return "-(" + value.sql + ")";
       return value.sql;
     }
-    if (value.type == FieldType::kCurrency && target != FieldType::kCurrency && target != FieldType::kUnknown &&
-        !IsText(target)) {
+    if (value.type == FieldType::kCurrency && target != FieldType::kCurrency &&
+        target != FieldType::kUnknown && !IsText(target)) {
       return "(" + value.sql + " / 10000.0)";
     }
     return value.sql;
@@ -492,8 +495,8 @@ class Translator {
     if (left_currency || right_currency) {
       const Typed& currency = left_currency ? left : right;
       const Typed& other = left_currency ? right : left;
-      const bool other_whole = other.number != nullptr ? IsIntegralLiteral(other.number->text)
-                                                       : IsWholeNumber(other.type);
+      const bool other_whole =
+          other.number != nullptr ? IsIntegralLiteral(other.number->text) : IsWholeNumber(other.type);
       if (op == "*") {
         if (other.type == FieldType::kCurrency) {
           result.sql = "jet_cur_mul(" + left.sql + ", " + right.sql + ")";
@@ -528,9 +531,9 @@ class Translator {
     } else {
       const int rank = std::max(NumericRank(left.type), NumericRank(right.type));
       static constexpr FieldType kByRank[] = {FieldType::kUnknown, FieldType::kInteger, FieldType::kInteger,
-                                              FieldType::kLong, FieldType::kSingle, FieldType::kDouble};
-      result.type = (NumericRank(left.type) == 0 || NumericRank(right.type) == 0) ? FieldType::kUnknown
-                                                                                  : kByRank[rank];
+                                              FieldType::kLong,    FieldType::kSingle,  FieldType::kDouble};
+      result.type =
+          (NumericRank(left.type) == 0 || NumericRank(right.type) == 0) ? FieldType::kUnknown : kByRank[rank];
     }
     return result;
   }
@@ -539,9 +542,10 @@ class Translator {
     const std::string name = FoldCase(expr.text);
     Typed result;
     result.aggregate = true;
-    const bool known = name == "sum" || name == "min" || name == "max" || name == "count" || name == "first" ||
-                       name == "avg";
-    if (!known) RaiseStoreError(kErrUndefinedFunction, "Undefined function '" + expr.text + "' in expression.");
+    const bool known = name == "sum" || name == "min" || name == "max" || name == "count" ||
+                       name == "first" || name == "avg";
+    if (!known)
+      RaiseStoreError(kErrUndefinedFunction, "Undefined function '" + expr.text + "' in expression.");
     if (expr.args.size() != 1) RaiseSyntax();
     const Expr& argument = *expr.args[0];
     if (argument.kind == Expr::Kind::kName && argument.parts.back() == "*") {
@@ -656,8 +660,8 @@ class Translator {
         const Typed low = BindExpr(*expr.args[1], scope);
         const Typed high = BindExpr(*expr.args[2], scope);
         const std::string left = IsText(value.type) ? "(" + value.sql + ")" + kCollate : value.sql;
-        result = Predicate("(" + left + (expr.negated ? " NOT BETWEEN " : " BETWEEN ") + Coerce(low, value.type) +
-                           " AND " + Coerce(high, value.type) + ")");
+        result = Predicate("(" + left + (expr.negated ? " NOT BETWEEN " : " BETWEEN ") +
+                           Coerce(low, value.type) + " AND " + Coerce(high, value.type) + ")");
         result.aggregate = value.aggregate;
         return result;
       }
@@ -821,7 +825,8 @@ class Translator {
     return key.predicate ? "-(" + key.sql + ")" : key.sql;
   }
 
-  static void ExpandStar(const std::vector<std::string>& parts, const Scope& scope, std::vector<Output>& outputs) {
+  static void ExpandStar(const std::vector<std::string>& parts, const Scope& scope,
+                         std::vector<Output>& outputs) {
     if (parts.size() == 1) {
       if (scope.sources.empty()) RaiseSyntax();
       for (const SourceScope& source : scope.sources) {
@@ -897,7 +902,8 @@ class Translator {
       std::vector<std::string> values;
       for (const ExprPtr& value : statement.insert_values) {
         const Typed typed = BindExpr(*value, empty);
-        values.push_back(values.size() < types.size() ? Coerce(typed, types[values.size()], true) : typed.sql);
+        values.push_back(values.size() < types.size() ? Coerce(typed, types[values.size()], true)
+                                                      : typed.sql);
       }
       count = values.size();
       rows = "VALUES (" + Join(values, ", ") + ")";
@@ -905,11 +911,13 @@ class Translator {
     if (count != names.size()) {
       RaiseStoreError(3346, "Number of query values and destination fields are not the same.");
     }
-    return "INSERT INTO " + catalog_.PhysicalName(statement.insert_table) + " (" + Join(names, ", ") + ") " + rows;
+    return "INSERT INTO " + catalog_.PhysicalName(statement.insert_table) + " (" + Join(names, ", ") + ") " +
+           rows;
   }
 
   // Collects the sources of an inner join tree and its ON conditions.
-  void FlattenInner(const Source& source, std::vector<const Source*>& sources, std::vector<const Expr*>& conditions) {
+  void FlattenInner(const Source& source, std::vector<const Source*>& sources,
+                    std::vector<const Expr*>& conditions) {
     if (source.kind != Source::Kind::kJoin) {
       sources.push_back(&source);
       return;
@@ -950,7 +958,8 @@ class Translator {
         }
       }
       if (column == nullptr || !target->is_table) {
-        RaiseStoreError(kErrNotSupported, "Cannot update '" + Join(assignment.target, ".") + "'; field not updatable.");
+        RaiseStoreError(kErrNotSupported,
+                        "Cannot update '" + Join(assignment.target, ".") + "'; field not updatable.");
       }
       const Typed value = BindExpr(*assignment.value, scope);
       sets.push_back(Quote(column->name) + " = " + Coerce(value, column->type, true));
@@ -981,12 +990,13 @@ class Translator {
       }
       if (target == nullptr) RaiseSyntax();
     }
-    if (!target->is_table) RaiseStoreError(kErrNotSupported, "Could not delete from specified tables.");
+    if (!target->is_table) RaiseStoreError(kErrNotSupported, "Could not delete from the tables named.");
     const std::string where = statement.where ? BindExpr(*statement.where, scope).sql : "";
     const bool single = statement.from.size() == 1 && statement.from[0]->kind == Source::Kind::kNamed;
     if (single) return "DELETE FROM " + from[0] + (where.empty() ? "" : " WHERE " + where);
-    return "DELETE FROM " + catalog_.PhysicalName(target->table) + " WHERE rowid IN (SELECT " + Quote(target->ref) +
-           ".rowid FROM " + Join(from, ", ") + (where.empty() ? "" : " WHERE " + where) + ")";
+    return "DELETE FROM " + catalog_.PhysicalName(target->table) + " WHERE rowid IN (SELECT " +
+           Quote(target->ref) + ".rowid FROM " + Join(from, ", ") + (where.empty() ? "" : " WHERE " + where) +
+           ")";
   }
 
   const Catalog& catalog_;
@@ -999,6 +1009,8 @@ class Translator {
 
 }  // namespace
 
-Translation Translate(std::string_view jet_sql, const Catalog& catalog) { return Translator(catalog).Run(jet_sql); }
+Translation Translate(std::string_view jet_sql, const Catalog& catalog) {
+  return Translator(catalog).Run(jet_sql);
+}
 
 }  // namespace ldg::store::jet

@@ -43,23 +43,30 @@ std::string ColumnText(sqlite3_stmt* statement, int column) {
 std::string DefaultLiteral(const FieldInfo& field) {
   Variant value = ParseDefault(field.default_value, field.type);
   switch (value.Type()) {
-    case VarType::kBoolean: return value.AsBoolean() ? "-1" : "0";
-    case VarType::kByte: return std::to_string(value.AsByte());
-    case VarType::kInteger: return std::to_string(value.AsInteger());
-    case VarType::kLong: return std::to_string(value.AsLong());
-    case VarType::kCurrency: return std::to_string(value.AsCurrency().Raw());
+    case VarType::kBoolean:
+      return value.AsBoolean() ? "-1" : "0";
+    case VarType::kByte:
+      return std::to_string(value.AsByte());
+    case VarType::kInteger:
+      return std::to_string(value.AsInteger());
+    case VarType::kLong:
+      return std::to_string(value.AsLong());
+    case VarType::kCurrency:
+      return std::to_string(value.AsCurrency().Raw());
     case VarType::kSingle:
     case VarType::kDouble:
     case VarType::kDate: {
       char buffer[40];
       double number = value.Type() == VarType::kSingle   ? value.AsSingle()
                       : value.Type() == VarType::kDouble ? value.AsDouble()
-                                                          : value.AsDate().Serial();
+                                                         : value.AsDate().Serial();
       snprintf(buffer, sizeof buffer, "%.17g", number);
       return buffer;
     }
-    case VarType::kString: return QuoteText(value.AsString());
-    default: return "";
+    case VarType::kString:
+      return QuoteText(value.AsString());
+    default:
+      return "";
   }
 }
 
@@ -144,17 +151,29 @@ void Catalog::ReleaseLock() {
 void Catalog::CreateCatalogTables(Connection& connection, const std::string& alias) {
   std::string a = Quote(alias) + ".";
   connection.Exec(
-      "CREATE TABLE " + a + "_ldg_tables (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, connect TEXT, source TEXT);"
-      "CREATE TABLE " + a + "_ldg_fields (tbl TEXT NOT NULL COLLATE NOCASE, ordinal INTEGER NOT NULL, "
+      "CREATE TABLE " + a +
+      "_ldg_tables (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, connect TEXT, source TEXT);"
+      "CREATE TABLE " +
+      a +
+      "_ldg_fields (tbl TEXT NOT NULL COLLATE NOCASE, ordinal INTEGER NOT NULL, "
       "name TEXT NOT NULL COLLATE NOCASE, type INTEGER NOT NULL, size INTEGER NOT NULL, dflt TEXT, "
       "attributes INTEGER NOT NULL, PRIMARY KEY (tbl, name));"
-      "CREATE TABLE " + a + "_ldg_indexes (tbl TEXT NOT NULL COLLATE NOCASE, name TEXT NOT NULL COLLATE NOCASE, "
+      "CREATE TABLE " +
+      a +
+      "_ldg_indexes (tbl TEXT NOT NULL COLLATE NOCASE, name TEXT NOT NULL COLLATE NOCASE, "
       "sql_name TEXT, is_primary INTEGER NOT NULL, is_unique INTEGER NOT NULL, fields TEXT NOT NULL, "
       "PRIMARY KEY (tbl, name));"
-      "CREATE TABLE " + a + "_ldg_relations (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, tbl TEXT NOT NULL, "
-      "foreign_tbl TEXT NOT NULL, attributes INTEGER NOT NULL, fields TEXT NOT NULL, foreign_fields TEXT NOT NULL);"
-      "CREATE TABLE " + a + "_ldg_queries (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, sql TEXT NOT NULL);"
-      "CREATE TABLE " + a + "_ldg_properties (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, type INTEGER NOT NULL, "
+      "CREATE TABLE " +
+      a +
+      "_ldg_relations (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, tbl TEXT NOT NULL, "
+      "foreign_tbl TEXT NOT NULL, attributes INTEGER NOT NULL, fields TEXT NOT NULL, foreign_fields TEXT NOT "
+      "NULL);"
+      "CREATE TABLE " +
+      a +
+      "_ldg_queries (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, sql TEXT NOT NULL);"
+      "CREATE TABLE " +
+      a +
+      "_ldg_properties (name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, type INTEGER NOT NULL, "
       "value TEXT);");
 }
 
@@ -189,9 +208,9 @@ void Catalog::Load() {
     while (c.Step(read)) {
       TableInfo* table = find(ColumnText(read, 0));
       if (!table) continue;
-      table->fields.push_back(FieldInfo{ColumnText(read, 1), static_cast<FieldType>(sqlite3_column_int(read, 2)),
-                                        sqlite3_column_int(read, 3), ColumnText(read, 4),
-                                        sqlite3_column_int(read, 5)});
+      table->fields.push_back(
+          FieldInfo{ColumnText(read, 1), static_cast<FieldType>(sqlite3_column_int(read, 2)),
+                    sqlite3_column_int(read, 3), ColumnText(read, 4), sqlite3_column_int(read, 5)});
     }
   }
   {
@@ -200,14 +219,15 @@ void Catalog::Load() {
     while (c.Step(read)) {
       TableInfo* table = find(ColumnText(read, 0));
       if (!table) continue;
-      table->indexes.push_back(IndexInfo{ColumnText(read, 1), ColumnText(read, 2), sqlite3_column_int(read, 3) != 0,
-                                         sqlite3_column_int(read, 4) != 0, SplitNames(ColumnText(read, 5))});
+      table->indexes.push_back(IndexInfo{ColumnText(read, 1), ColumnText(read, 2),
+                                         sqlite3_column_int(read, 3) != 0, sqlite3_column_int(read, 4) != 0,
+                                         SplitNames(ColumnText(read, 5))});
     }
   }
   std::vector<RelationInfo> relations;
   {
-    StatementUse read(c.Prepare("SELECT name, tbl, foreign_tbl, attributes, fields, foreign_fields FROM " + a +
-                                "_ldg_relations ORDER BY rowid"));
+    StatementUse read(c.Prepare("SELECT name, tbl, foreign_tbl, attributes, fields, foreign_fields FROM " +
+                                a + "_ldg_relations ORDER BY rowid"));
     while (c.Step(read)) {
       relations.push_back(RelationInfo{ColumnText(read, 0), ColumnText(read, 1), ColumnText(read, 2),
                                        sqlite3_column_int(read, 3), SplitNames(ColumnText(read, 4)),
@@ -224,8 +244,9 @@ void Catalog::Load() {
     StatementUse read(c.Prepare("SELECT name, type, value FROM " + a + "_ldg_properties ORDER BY rowid"));
     while (c.Step(read)) {
       auto type = static_cast<FieldType>(sqlite3_column_int(read, 1));
-      Variant value = sqlite3_column_type(read, 2) == SQLITE_NULL ? Variant::Null()
-                                                                  : Coerce(Variant(ColumnText(read, 2)), type);
+      Variant value = sqlite3_column_type(read, 2) == SQLITE_NULL
+                          ? Variant::Null()
+                          : Coerce(Variant(ColumnText(read, 2)), type);
       properties.push_back(PropertyInfo{ColumnText(read, 0), type, value});
     }
   }
@@ -303,9 +324,9 @@ void Catalog::WriteDefaultTrigger(std::vector<std::string>& out, const TableInfo
   std::string literal = DefaultLiteral(field);
   if (literal.empty() || field.type == FieldType::kBoolean) return;
   // A row inserted without the column takes the default, also from a statement.
-  out.push_back("CREATE TRIGGER " + trigger + " AFTER INSERT ON " + Quote(table.name) + " FOR EACH ROW WHEN NEW." +
-                Quote(field.name) + " IS NULL BEGIN UPDATE " + Quote(table.name) + " SET " + Quote(field.name) +
-                " = " + literal + " WHERE rowid = NEW.rowid; END");
+  out.push_back("CREATE TRIGGER " + trigger + " AFTER INSERT ON " + Quote(table.name) +
+                " FOR EACH ROW WHEN NEW." + Quote(field.name) + " IS NULL BEGIN UPDATE " + Quote(table.name) +
+                " SET " + Quote(field.name) + " = " + literal + " WHERE rowid = NEW.rowid; END");
 }
 
 namespace {
@@ -379,12 +400,14 @@ void Catalog::RenameTable(std::string_view name, std::string_view new_name) {
   std::string from = QuoteText(table->name);
   std::string to = QuoteText(new_name);
   std::vector<std::string> statements;
-  if (!table->IsLink()) statements.push_back("ALTER TABLE " + Qualified(table->name) + " RENAME TO " + Quote(new_name));
+  if (!table->IsLink())
+    statements.push_back("ALTER TABLE " + Qualified(table->name) + " RENAME TO " + Quote(new_name));
   statements.push_back("UPDATE " + a + "_ldg_tables SET name = " + to + " WHERE name = " + from);
   statements.push_back("UPDATE " + a + "_ldg_fields SET tbl = " + to + " WHERE tbl = " + from);
   statements.push_back("UPDATE " + a + "_ldg_indexes SET tbl = " + to + " WHERE tbl = " + from);
   statements.push_back("UPDATE " + a + "_ldg_relations SET tbl = " + to + " WHERE tbl = " + from);
-  statements.push_back("UPDATE " + a + "_ldg_relations SET foreign_tbl = " + to + " WHERE foreign_tbl = " + from);
+  statements.push_back("UPDATE " + a + "_ldg_relations SET foreign_tbl = " + to +
+                       " WHERE foreign_tbl = " + from);
   Change(statements);
 }
 
@@ -409,27 +432,29 @@ void Catalog::DropField(std::string_view table_name, std::string_view field_name
   std::vector<std::string> statements{
       "DROP TRIGGER IF EXISTS " + Qualified(TriggerName(table->name, "default__" + field->name)),
       "ALTER TABLE " + Qualified(table->name) + " DROP COLUMN " + Quote(field->name),
-      "DELETE FROM " + a + "_ldg_fields WHERE tbl = " + QuoteText(table->name) + " AND name = " +
-          QuoteText(field->name)};
+      "DELETE FROM " + a + "_ldg_fields WHERE tbl = " + QuoteText(table->name) +
+          " AND name = " + QuoteText(field->name)};
   Change(statements);
 }
 
-void Catalog::ChangeField(std::string_view table_name, std::string_view field_name, const FieldInfo& changed) {
+void Catalog::ChangeField(std::string_view table_name, std::string_view field_name,
+                          const FieldInfo& changed) {
   const TableInfo* table = FindTable(table_name);
   if (!table || table->IsLink()) RaiseStore(kErrItemNotFound);
   const FieldInfo* field = table->FindField(field_name);
   if (!field) RaiseStore(kErrItemNotFound);
   std::string a = Quote(alias_) + ".";
   std::vector<std::string> statements;
-  statements.push_back("DROP TRIGGER IF EXISTS " + Qualified(TriggerName(table->name, "default__" + field->name)));
+  statements.push_back("DROP TRIGGER IF EXISTS " +
+                       Qualified(TriggerName(table->name, "default__" + field->name)));
   if (field->name != changed.name) {
-    statements.push_back("ALTER TABLE " + Qualified(table->name) + " RENAME COLUMN " + Quote(field->name) + " TO " +
-                         Quote(changed.name));
+    statements.push_back("ALTER TABLE " + Qualified(table->name) + " RENAME COLUMN " + Quote(field->name) +
+                         " TO " + Quote(changed.name));
   }
-  statements.push_back("UPDATE " + a + "_ldg_fields SET name = " + QuoteText(changed.name) +
-                       ", size = " + std::to_string(changed.size) + ", dflt = " + QuoteText(changed.default_value) +
-                       ", attributes = " + std::to_string(changed.attributes) + " WHERE tbl = " +
-                       QuoteText(table->name) + " AND name = " + QuoteText(field->name));
+  statements.push_back("UPDATE " + a + "_ldg_fields SET name = " + QuoteText(changed.name) + ", size = " +
+                       std::to_string(changed.size) + ", dflt = " + QuoteText(changed.default_value) +
+                       ", attributes = " + std::to_string(changed.attributes) +
+                       " WHERE tbl = " + QuoteText(table->name) + " AND name = " + QuoteText(field->name));
   WriteDefaultTrigger(statements, *table, changed);
   Change(statements);
 }
@@ -451,14 +476,16 @@ void Catalog::AddIndex(std::string_view table_name, IndexInfo index) {
     index.sql_name = table->name + "__" + index.name;
     std::string columns;
     for (const auto& field : index.fields) columns += (columns.empty() ? "" : ", ") + Quote(field);
-    statements.push_back(std::string("CREATE ") + (index.unique || index.primary ? "UNIQUE " : "") + "INDEX " +
-                         Qualified(index.sql_name) + " ON " + Quote(table->name) + " (" + columns + ")");
+    statements.push_back(std::string("CREATE ") + (index.unique || index.primary ? "UNIQUE " : "") +
+                         "INDEX " + Qualified(index.sql_name) + " ON " + Quote(table->name) + " (" + columns +
+                         ")");
   }
   std::string a = Quote(alias_) + ".";
-  statements.push_back("INSERT INTO " + a + "_ldg_indexes (tbl, name, sql_name, is_primary, is_unique, fields) VALUES (" +
-                       QuoteText(table->name) + ", " + QuoteText(index.name) + ", " + QuoteText(index.sql_name) +
-                       ", " + (index.primary ? "1" : "0") + ", " + (index.unique || index.primary ? "1" : "0") +
-                       ", " + QuoteText(JoinNames(index.fields)) + ")");
+  statements.push_back(
+      "INSERT INTO " + a + "_ldg_indexes (tbl, name, sql_name, is_primary, is_unique, fields) VALUES (" +
+      QuoteText(table->name) + ", " + QuoteText(index.name) + ", " + QuoteText(index.sql_name) + ", " +
+      (index.primary ? "1" : "0") + ", " + (index.unique || index.primary ? "1" : "0") + ", " +
+      QuoteText(JoinNames(index.fields)) + ")");
   Change(statements);
 }
 
@@ -486,7 +513,8 @@ void Catalog::AddRelation(const RelationInfo& relation) {
   }
   const TableInfo* parent = FindTable(relation.table);
   const TableInfo* child = FindTable(relation.foreign_table);
-  if (!parent || !child || relation.fields.empty() || relation.fields.size() != relation.foreign_fields.size()) {
+  if (!parent || !child || relation.fields.empty() ||
+      relation.fields.size() != relation.foreign_fields.size()) {
     RaiseStore(kErrItemNotFound);
   }
   std::string a = Quote(alias_) + ".";
@@ -500,18 +528,22 @@ void Catalog::AddRelation(const RelationInfo& relation) {
     // Checked on delete of the parent only; inserts and changes stay unchecked.
     if (relation.attributes & dbRelationDeleteCascade) {
       statements.push_back("CREATE TRIGGER " + trigger + " AFTER DELETE ON " + Quote(parent->name) +
-                           " FOR EACH ROW BEGIN DELETE FROM " + Quote(child->name) + " WHERE " + match + "; END");
+                           " FOR EACH ROW BEGIN DELETE FROM " + Quote(child->name) + " WHERE " + match +
+                           "; END");
     } else {
       statements.push_back("CREATE TRIGGER " + trigger + " BEFORE DELETE ON " + Quote(parent->name) +
-                           " FOR EACH ROW WHEN EXISTS (SELECT 1 FROM " + Quote(child->name) + " WHERE " + match +
-                           ") BEGIN SELECT RAISE(ABORT, " + QuoteText("ldg3200:" + child->name) + "); END");
+                           " FOR EACH ROW WHEN EXISTS (SELECT 1 FROM " + Quote(child->name) + " WHERE " +
+                           match + ") BEGIN SELECT RAISE(ABORT, " + QuoteText("ldg3200:" + child->name) +
+                           "); END");
     }
   }
-  statements.push_back("INSERT INTO " + a + "_ldg_relations (name, tbl, foreign_tbl, attributes, fields, "
-                       "foreign_fields) VALUES (" + QuoteText(relation.name) + ", " + QuoteText(parent->name) + ", " +
+  statements.push_back("INSERT INTO " + a +
+                       "_ldg_relations (name, tbl, foreign_tbl, attributes, fields, "
+                       "foreign_fields) VALUES (" +
+                       QuoteText(relation.name) + ", " + QuoteText(parent->name) + ", " +
                        QuoteText(child->name) + ", " + std::to_string(relation.attributes) + ", " +
-                       QuoteText(JoinNames(relation.fields)) + ", " + QuoteText(JoinNames(relation.foreign_fields)) +
-                       ")");
+                       QuoteText(JoinNames(relation.fields)) + ", " +
+                       QuoteText(JoinNames(relation.foreign_fields)) + ")");
   Change(statements);
 }
 
@@ -541,12 +573,13 @@ const QueryInfo* Catalog::FindQuery(std::string_view name) const {
 void Catalog::SaveQuery(std::string_view name, std::string_view jet_sql) {
   std::string a = Quote(alias_) + ".";
   if (FindQuery(name)) {
-    Change({"UPDATE " + a + "_ldg_queries SET sql = " + QuoteText(jet_sql) + " WHERE name = " + QuoteText(name)});
+    Change({"UPDATE " + a + "_ldg_queries SET sql = " + QuoteText(jet_sql) +
+            " WHERE name = " + QuoteText(name)});
     return;
   }
   ThrowIfNameTaken(name);
-  Change({"INSERT INTO " + a + "_ldg_queries (name, sql) VALUES (" + QuoteText(name) + ", " + QuoteText(jet_sql) +
-          ")"});
+  Change({"INSERT INTO " + a + "_ldg_queries (name, sql) VALUES (" + QuoteText(name) + ", " +
+          QuoteText(jet_sql) + ")"});
 }
 
 void Catalog::DeleteQuery(std::string_view name) {
@@ -557,8 +590,8 @@ void Catalog::DeleteQuery(std::string_view name) {
 void Catalog::RenameQuery(std::string_view name, std::string_view new_name) {
   if (!FindQuery(name)) RaiseStore(kErrItemNotFound);
   if (!NamesEqual(name, new_name)) ThrowIfNameTaken(new_name);
-  Change({"UPDATE " + Quote(alias_) + "._ldg_queries SET name = " + QuoteText(new_name) + " WHERE name = " +
-          QuoteText(name)});
+  Change({"UPDATE " + Quote(alias_) + "._ldg_queries SET name = " + QuoteText(new_name) +
+          " WHERE name = " + QuoteText(name)});
 }
 
 const std::vector<PropertyInfo>& Catalog::Properties() const {
@@ -571,8 +604,8 @@ void Catalog::SaveProperty(const PropertyInfo& property) {
   Variant stored = Coerce(property.value, FieldType::kText);
   std::string value = stored.IsNull() ? std::string("NULL") : QuoteText(stored.AsString());
   Change({"DELETE FROM " + a + "_ldg_properties WHERE name = " + QuoteText(property.name),
-          "INSERT INTO " + a + "_ldg_properties (name, type, value) VALUES (" + QuoteText(property.name) + ", " +
-              std::to_string(static_cast<int>(property.type)) + ", " + value + ")"});
+          "INSERT INTO " + a + "_ldg_properties (name, type, value) VALUES (" + QuoteText(property.name) +
+              ", " + std::to_string(static_cast<int>(property.type)) + ", " + value + ")"});
 }
 
 void Catalog::DeleteProperty(std::string_view name) {
@@ -592,6 +625,7 @@ std::shared_ptr<const jet::Translation> Catalog::Translate(std::string_view jet_
   }
   std::string key(jet_sql);
   if (auto found = translations_.find(key); found != translations_.end()) return found->second;
+  if (translations_.size() >= 1024) translations_.clear();
   auto translation = std::make_shared<const jet::Translation>(jet::Translate(jet_sql, *this));
   translations_.emplace(std::move(key), translation);
   return translation;

@@ -141,7 +141,8 @@ class Catalog : public jet::Catalog {
   void ReloadIfRolledBack() const;
   void Change(const std::vector<std::string>& statements);
   void ThrowIfNameTaken(std::string_view name) const;
-  void WriteDefaultTrigger(std::vector<std::string>& out, const TableInfo& table, const FieldInfo& field) const;
+  void WriteDefaultTrigger(std::vector<std::string>& out, const TableInfo& table,
+                           const FieldInfo& field) const;
   std::string Qualified(std::string_view name) const;
   std::shared_ptr<Catalog> LinkedCatalog(const TableInfo& link) const;
 

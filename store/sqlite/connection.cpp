@@ -17,6 +17,7 @@ namespace ldg::store::sqlite {
 namespace {
 
 constexpr int kBusyTimeoutMs = 10000;
+constexpr size_t kMaxStatements = 512;
 constexpr const char* kRelatedRecordsTag = "ldg3200:";
 
 bool FileExists(const std::string& path) {
@@ -47,8 +48,9 @@ std::string CanonicalPath(const std::string& path) {
 }
 
 Connection::Connection() {
-  int code = sqlite3_open_v2(":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
-                             nullptr);
+  int code = sqlite3_open_v2(
+      ":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX,
+      nullptr);
   if (code != SQLITE_OK) Raise(code);
   sqlite3_extended_result_codes(db_, 1);
   sqlite3_busy_timeout(db_, kBusyTimeoutMs);
@@ -69,6 +71,9 @@ void Connection::ClearStatements() {
 
 sqlite3_stmt* Connection::Prepare(const std::string& sql) {
   if (auto found = statements_.find(sql); found != statements_.end()) return found->second;
+  // Statements with values pasted in are many: keep the cache bounded. No
+  // caller holds a statement across a call of Prepare.
+  if (statements_.size() >= kMaxStatements) ClearStatements();
   sqlite3_stmt* statement = nullptr;
   int code = sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
                                 &statement, nullptr);
@@ -98,16 +103,23 @@ void Connection::Raise(int code) const {
   }
   switch (extended) {
     case SQLITE_CONSTRAINT_UNIQUE:
-    case SQLITE_CONSTRAINT_PRIMARYKEY: RaiseStore(kErrDuplicate);
-    case SQLITE_CONSTRAINT_NOTNULL: RaiseStore(kErrNullInKey);
-    default: break;
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+      RaiseStore(kErrDuplicate);
+    case SQLITE_CONSTRAINT_NOTNULL:
+      RaiseStore(kErrNullInKey);
+    default:
+      break;
   }
   switch (code & 0xFF) {
     case SQLITE_BUSY:
-    case SQLITE_LOCKED: RaiseStore(kErrLocked);
-    case SQLITE_NOTADB: RaiseStore(kErrUnrecognizedFormat, message);
-    case SQLITE_CANTOPEN: RaiseStore(kErrFileNotFound, message);
-    default: break;
+    case SQLITE_LOCKED:
+      RaiseStore(kErrLocked);
+    case SQLITE_NOTADB:
+      RaiseStore(kErrUnrecognizedFormat, message);
+    case SQLITE_CANTOPEN:
+      RaiseStore(kErrFileNotFound, message);
+    default:
+      break;
   }
   if (message == "integer overflow") RaiseRuntime(kErrOverflow);
   RaiseStore(kErrReserved, message);
@@ -132,7 +144,8 @@ std::shared_ptr<Catalog> Connection::OpenFile(const std::string& path, bool crea
   if (!FileExists(canonical)) RaiseStore(kErrFileNotFound, path);
   if (!LooksLikeDatabase(canonical)) RaiseStore(kErrUnrecognizedFormat, path);
   auto lock = std::make_unique<LockFile>(canonical);
-  std::string alias = "f" + std::to_string(next_alias_++);
+  std::string alias = "f";
+  alias += std::to_string(next_alias_++);
   sqlite3_stmt* attach = Prepare("ATTACH DATABASE ?1 AS ?2");
   {
     StatementUse use(attach);

@@ -19,7 +19,9 @@ constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
 
 // The letter a folded Latin-1 letter is sorted with ("ä" with "a").
 char32_t BaseLetter(char32_t c) {
-  static constexpr char kBases[] = "aaaaaaaceeeeiiii" "dnooooo/ouuuuyty";  // U+00E0 .. U+00FF
+  static constexpr char kBases[] =
+      "aaaaaaaceeeeiiii"
+      "dnooooo/ouuuuyty";  // U+00E0 .. U+00FF
   if (c < 0xE0 || c > 0xFF || c == 0xF7) return c;
   return static_cast<char32_t>(kBases[c - 0xE0]);
 }
@@ -131,8 +133,8 @@ void JetCurrencyProduct(sqlite3_context* context, int, sqlite3_value** args) {
     return;
   }
   try {
-    const Currency product = Currency::FromRaw(sqlite3_value_int64(args[0])) *
-                             Currency::FromRaw(sqlite3_value_int64(args[1]));
+    const Currency product =
+        Currency::FromRaw(sqlite3_value_int64(args[0])) * Currency::FromRaw(sqlite3_value_int64(args[1]));
     sqlite3_result_int64(context, product.Raw());
   } catch (const Error&) {
     sqlite3_result_error(context, "integer overflow", -1);
@@ -149,7 +151,8 @@ void RegisterJetFunctions(sqlite3* db) {
   sqlite3_create_collation_v2(db, "JET", SQLITE_UTF8, nullptr, CompareJet, nullptr);
   sqlite3_create_function_v2(db, "jet_like", 2, kFlags, nullptr, JetLike, nullptr, nullptr, nullptr);
   sqlite3_create_function_v2(db, "jet_cat", 2, kFlags, nullptr, JetCat, nullptr, nullptr, nullptr);
-  sqlite3_create_function_v2(db, "jet_first", 1, kFlags, nullptr, nullptr, JetFirstStep, JetFirstFinal, nullptr);
+  sqlite3_create_function_v2(db, "jet_first", 1, kFlags, nullptr, nullptr, JetFirstStep, JetFirstFinal,
+                             nullptr);
   sqlite3_create_function_v2(db, "jet_cur_mul", 2, kFlags, nullptr, JetCurrencyProduct, nullptr, nullptr,
                              nullptr);
 }

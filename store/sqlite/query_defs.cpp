@@ -26,7 +26,8 @@ std::vector<Variant> SqliteParameters::Values() const {
   int missing = 0;
   for (const auto& item : items_) {
     if (item->Value().IsEmpty()) ++missing;
-    values.push_back(item->Type() == FieldType::kUnknown ? item->Value() : Coerce(item->Value(), item->Type()));
+    values.push_back(item->Type() == FieldType::kUnknown ? item->Value()
+                                                         : Coerce(item->Value(), item->Type()));
   }
   if (missing > 0) RaiseStore(kErrTooFewParameters, std::to_string(missing));
   return values;
@@ -46,8 +47,11 @@ Parameter& SqliteParameters::Item(int ordinal) const {
 
 SqliteQueryDef::SqliteQueryDef(std::shared_ptr<Connection> connection, std::shared_ptr<Catalog> catalog,
                                std::string name, std::string jet_sql, bool stored)
-    : connection_(std::move(connection)), catalog_(std::move(catalog)), name_(std::move(name)),
-      sql_(std::move(jet_sql)), stored_(stored) {}
+    : connection_(std::move(connection)),
+      catalog_(std::move(catalog)),
+      name_(std::move(name)),
+      sql_(std::move(jet_sql)),
+      stored_(stored) {}
 
 void SqliteQueryDef::Name(std::string_view name) {
   if (stored_) catalog_->RenameQuery(name_, name);
@@ -102,13 +106,14 @@ std::shared_ptr<QueryDef> SqliteQueryDefs::Item(int ordinal) const {
 void SqliteQueryDefs::Append(const std::shared_ptr<QueryDef>& query) {
   auto own = std::dynamic_pointer_cast<SqliteQueryDef>(query);
   if (!own || own->Name().empty()) RaiseStore(kErrInvalidArgument);
-  if (catalog_->FindQuery(own->Name()) || catalog_->FindTable(own->Name())) RaiseStore(kErrObjectExists, own->Name());
+  if (catalog_->FindQuery(own->Name()) || catalog_->FindTable(own->Name()))
+    RaiseStore(kErrObjectExists, own->Name());
   catalog_->SaveQuery(own->Name(), own->SQL());
   own->Stored();
 }
 
-int32_t RunAction(Connection& connection, const jet::Translation& translation, const std::vector<Variant>& parameters,
-                  int options) {
+int32_t RunAction(Connection& connection, const jet::Translation& translation,
+                  const std::vector<Variant>& parameters, int options) {
   if (translation.kind == jet::StatementKind::kSelect) RaiseStore(kErrNotSupported);
   try {
     return BindAndRun(connection, translation, parameters);

@@ -90,7 +90,7 @@ class SqliteQueryDefs final : public QueryDefs {
 // Runs an action statement. Without dbFailOnError a write that a key or a
 // relation refuses changes nothing and raises nothing, as the store always
 // did; any other failure raises.
-int32_t RunAction(Connection& connection, const jet::Translation& translation, const std::vector<Variant>& parameters,
-                  int options);
+int32_t RunAction(Connection& connection, const jet::Translation& translation,
+                  const std::vector<Variant>& parameters, int options);
 
 }  // namespace ldg::store::sqlite

@@ -127,7 +127,8 @@ void DefinitionFields::Refresh() { version_ = 0; }
 
 // ---- indexes ----
 
-SqliteIndex::SqliteIndex(const IndexInfo& info) : name_(info.name), primary_(info.primary), unique_(info.unique) {
+SqliteIndex::SqliteIndex(const IndexInfo& info)
+    : name_(info.name), primary_(info.primary), unique_(info.unique) {
   for (const auto& field : info.fields) fields_.Append(CreateField(field));
 }
 
@@ -262,7 +263,8 @@ void SqliteTableDefs::Append(const std::shared_ptr<TableDef>& table) {
   if (!own || own->IsAppended()) RaiseStore(kErrNotSupported);
   TableInfo pending = own->Pending();
   if (pending.IsLink()) {
-    catalog_->CreateLink(pending.name, pending.connect, pending.source.empty() ? pending.name : pending.source);
+    catalog_->CreateLink(pending.name, pending.connect,
+                         pending.source.empty() ? pending.name : pending.source);
   } else {
     catalog_->CreateTable(pending);
   }
@@ -273,8 +275,11 @@ void SqliteTableDefs::Delete(std::string_view name) { catalog_->DropTable(name);
 
 // ---- relations ----
 
-SqliteRelation::SqliteRelation(std::string name, std::string table, std::string foreign_table, int32_t attributes)
-    : name_(std::move(name)), table_(std::move(table)), foreign_table_(std::move(foreign_table)),
+SqliteRelation::SqliteRelation(std::string name, std::string table, std::string foreign_table,
+                               int32_t attributes)
+    : name_(std::move(name)),
+      table_(std::move(table)),
+      foreign_table_(std::move(foreign_table)),
       attributes_(attributes) {}
 
 SqliteRelation::SqliteRelation(const RelationInfo& info)

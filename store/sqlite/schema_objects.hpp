@@ -11,8 +11,8 @@
 
 #include "store/property.hpp"
 #include "store/relation.hpp"
-#include "store/table_def.hpp"
 #include "store/sqlite/catalog.hpp"
+#include "store/table_def.hpp"
 
 namespace ldg::store::sqlite {
 
@@ -93,7 +93,8 @@ class SqliteIndex final : public Index {
 class SqliteIndexes final : public Indexes {
  public:
   SqliteIndexes() = default;
-  SqliteIndexes(std::shared_ptr<Catalog> catalog, std::string table) : catalog_(std::move(catalog)), table_(std::move(table)) {}
+  SqliteIndexes(std::shared_ptr<Catalog> catalog, std::string table)
+      : catalog_(std::move(catalog)), table_(std::move(table)) {}
   void Rename(std::string table) { table_ = std::move(table); }
   const std::vector<std::shared_ptr<SqliteIndex>>& Pending() const { return pending_; }
 

@@ -8,10 +8,12 @@ namespace ldg::store::sqlite {
 namespace {
 
 std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t' || text.front() == '\n' || text.front() == '\r')) {
+  while (!text.empty() &&
+         (text.front() == ' ' || text.front() == '\t' || text.front() == '\n' || text.front() == '\r')) {
     text.remove_prefix(1);
   }
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\n' || text.back() == '\r')) {
+  while (!text.empty() &&
+         (text.back() == ' ' || text.back() == '\t' || text.back() == '\n' || text.back() == '\r')) {
     text.remove_suffix(1);
   }
   return text;
@@ -21,8 +23,13 @@ std::string_view Trimmed(std::string_view text) {
 
 SqliteDatabase::SqliteDatabase(std::shared_ptr<Connection> connection, std::shared_ptr<Catalog> catalog,
                                std::string name)
-    : connection_(std::move(connection)), catalog_(std::move(catalog)), name_(std::move(name)),
-      table_defs_(catalog_), query_defs_(connection_, catalog_), relations_(catalog_), properties_(catalog_) {}
+    : connection_(std::move(connection)),
+      catalog_(std::move(catalog)),
+      name_(std::move(name)),
+      table_defs_(catalog_),
+      query_defs_(connection_, catalog_),
+      relations_(catalog_),
+      properties_(catalog_) {}
 
 SqliteDatabase::~SqliteDatabase() {
   try {
@@ -40,7 +47,8 @@ std::unique_ptr<Recordset> SqliteDatabase::OpenRecordset(std::string_view source
   std::string_view name = Trimmed(source);
   if (name.size() > 2 && name.front() == '[' && name.back() == ']') name = name.substr(1, name.size() - 2);
   if (catalog_->FindTable(name)) {
-    return sqlite::OpenRecordset(RecordsetSource{connection_, catalog_, std::string(name), nullptr, {}}, type);
+    return sqlite::OpenRecordset(RecordsetSource{connection_, catalog_, std::string(name), nullptr, {}},
+                                 type);
   }
   std::shared_ptr<const jet::Translation> translation;
   if (const QueryInfo* query = catalog_->FindQuery(name)) {
@@ -71,7 +79,8 @@ void SqliteDatabase::Execute(std::string_view jet_sql, int options) {
 
 std::shared_ptr<QueryDef> SqliteDatabase::CreateQueryDef(std::string_view name, std::string_view jet_sql) {
   RequireOpen();
-  auto query = std::make_shared<SqliteQueryDef>(connection_, catalog_, std::string(name), std::string(jet_sql), false);
+  auto query =
+      std::make_shared<SqliteQueryDef>(connection_, catalog_, std::string(name), std::string(jet_sql), false);
   if (!name.empty()) query_defs_.Append(query);
   return query;
 }
@@ -88,7 +97,8 @@ std::shared_ptr<Relation> SqliteDatabase::CreateRelation(std::string_view name, 
                                           attributes);
 }
 
-std::shared_ptr<Property> SqliteDatabase::CreateProperty(std::string_view name, FieldType type, const Variant& value) {
+std::shared_ptr<Property> SqliteDatabase::CreateProperty(std::string_view name, FieldType type,
+                                                         const Variant& value) {
   RequireOpen();
   return std::make_shared<SqliteProperty>(PropertyInfo{std::string(name), type, value}, nullptr);
 }

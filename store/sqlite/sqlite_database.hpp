@@ -30,7 +30,8 @@ class SqliteDatabase final : public Database {
   std::shared_ptr<TableDef> CreateTableDef(std::string_view name) override;
   std::shared_ptr<Relation> CreateRelation(std::string_view name, std::string_view table,
                                            std::string_view foreign_table, int32_t attributes) override;
-  std::shared_ptr<Property> CreateProperty(std::string_view name, FieldType type, const Variant& value) override;
+  std::shared_ptr<Property> CreateProperty(std::string_view name, FieldType type,
+                                           const Variant& value) override;
   void Close() override;
 
  private:

@@ -1,4 +1,5 @@
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include "store/db_engine.hpp"
 #include "store/sqlite/catalog.hpp"
@@ -6,8 +7,6 @@
 #include "store/sqlite/sqlite_database.hpp"
 #include "store/sqlite/sqlite_workspace.hpp"
 #include "store/store_error.hpp"
-
-#include <sys/stat.h>
 
 namespace ldg::store {
 

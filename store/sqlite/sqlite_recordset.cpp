@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <optional>
 
@@ -17,7 +18,7 @@ namespace ldg::store::sqlite {
 namespace {
 
 // Rows a table-type set reads ahead when it moves forward.
-constexpr int kChunk = 256;
+constexpr int kChunk = 1024;
 
 enum class Mode { kTable, kDynaset, kSnapshot };
 enum class Where { kBeforeFirst, kOnRow, kAfterLast };
@@ -92,7 +93,8 @@ class RecordsetFields final : public Fields {
 
 class SqliteRecordset final : public Recordset {
  public:
-  SqliteRecordset(RecordsetSource source, Mode mode) : source_(std::move(source)), mode_(mode), fields_(*this) {}
+  SqliteRecordset(RecordsetSource source, Mode mode)
+      : source_(std::move(source)), mode_(mode), fields_(*this) {}
 
   void OpenTable();
   void OpenRows();
@@ -129,7 +131,8 @@ class SqliteRecordset final : public Recordset {
   bool NoMatch() const override { return no_match_; }
   std::string Index() const override { return index_ ? index_->name : ""; }
   void Index(std::string_view name) override;
-  void Seek(std::string_view comparison, const Variant& key1, const Variant& key2, const Variant& key3) override;
+  void Seek(std::string_view comparison, const Variant& key1, const Variant& key2,
+            const Variant& key3) override;
   void FindFirst(std::string_view criterion) override { Find(criterion, true, true); }
   void FindNext(std::string_view criterion) override { Find(criterion, false, true); }
   void FindPrevious(std::string_view criterion) override { Find(criterion, false, false); }
@@ -163,6 +166,8 @@ class SqliteRecordset final : public Recordset {
   std::string Beyond(bool forward, const std::vector<Variant>& keys, std::vector<Variant>& binds) const;
   size_t Fetch(const std::string& sql, const std::vector<Variant>& binds, bool keep_ahead);
   void TakeAhead();
+  void KeepCurrentRow();
+  void LoadWholeRow(int ordinal);
   void LoadByRowid(int64_t rowid);
   void TableFirst(bool ascending, bool raise_when_empty);
   void TableStep(bool forward);
@@ -193,16 +198,25 @@ class SqliteRecordset final : public Recordset {
   std::vector<Variant> buffer_;
   std::vector<char> dirty_;
   int64_t reserved_counter_ = 0;
+  int64_t next_counter_ = 0;  // the counter after our last insert, while no other write came between
+  uint64_t next_counter_writes_ = 0;
   std::map<std::string, std::shared_ptr<jet::Criterion>, std::less<>> criteria_;
+  mutable std::array<std::pair<std::string, int>, 8> recent_names_;
+  mutable size_t next_recent_ = 0;
 
   // table-type
   std::optional<IndexInfo> index_;
   std::vector<int> key_ordinals_;
   std::vector<Variant> current_;
+  // The current row: inside the rows read ahead, or current_ once those go.
+  const Variant* row_ = nullptr;
+  // Columns read from each row fetched ahead; the others stay Empty until the
+  // first read of one loads the whole row and adds it here.
+  std::vector<char> wanted_;
   int64_t current_id_ = 0;
   bool current_deleted_ = false;
   bool table_empty_ = false;
-  std::vector<std::vector<Variant>> ahead_;
+  std::vector<Variant> ahead_;  // rows read ahead, one after the other
   std::vector<int64_t> ahead_ids_;
   size_t ahead_pos_ = 0;
   uint64_t ahead_writes_ = 0;
@@ -226,7 +240,8 @@ void RecordsetField::Value(const Variant& value) { owner_.SetCell(ordinal_, valu
 
 void RecordsetFields::Build(size_t count) {
   fields_.clear();
-  for (size_t i = 0; i < count; ++i) fields_.push_back(std::make_unique<RecordsetField>(owner_, static_cast<int>(i)));
+  for (size_t i = 0; i < count; ++i)
+    fields_.push_back(std::make_unique<RecordsetField>(owner_, static_cast<int>(i)));
 }
 
 Field& RecordsetFields::Item(std::string_view name) const {
@@ -258,7 +273,8 @@ int SqliteRecordset::FindOrdinal(std::string_view name) const {
       }
     }
     for (size_t i = 0; i < result_columns_.size(); ++i) {
-      if (NamesEqual(result_columns_[i].base_table, table) && NamesEqual(result_columns_[i].base_column, column)) {
+      if (NamesEqual(result_columns_[i].base_table, table) &&
+          NamesEqual(result_columns_[i].base_column, column)) {
         return static_cast<int>(i);
       }
     }
@@ -267,16 +283,23 @@ int SqliteRecordset::FindOrdinal(std::string_view name) const {
 }
 
 int SqliteRecordset::Ordinal(std::string_view name) const {
+  // Loops read the same few names row after row: remember them as spelled.
+  for (const auto& [spelled, ordinal] : recent_names_) {
+    if (spelled == name) return ordinal;
+  }
   int ordinal = FindOrdinal(name);
   if (ordinal < 0) RaiseStore(kErrItemNotFound);
+  recent_names_[next_recent_] = {std::string(name), ordinal};
+  next_recent_ = (next_recent_ + 1) % recent_names_.size();
   return ordinal;
 }
 
 // ---- open ----
 
 Column ColumnOf(const FieldInfo& field, const std::string& table) {
-  return Column{field.name, field.type, field.size ? field.size : DefaultSize(field.type), field.attributes,
-                field.default_value, table, field.name};
+  return Column{field.name,       field.type,          field.size ? field.size : DefaultSize(field.type),
+                field.attributes, field.default_value, table,
+                field.name};
 }
 
 void SqliteRecordset::OpenTable() {
@@ -285,6 +308,7 @@ void SqliteRecordset::OpenTable() {
   target_ = WriteTarget{target->physical, target->catalog->Alias(), *target->table};
   for (const auto& field : target_->table.fields) columns_.push_back(ColumnOf(field, source_.table));
   fields_.Build(columns_.size());
+  wanted_.assign(columns_.size(), 0);
   if (mode_ != Mode::kTable) {
     OpenRows();
     return;
@@ -327,10 +351,11 @@ void SqliteRecordset::OpenRows() {
   sqlite3_stmt* statement = c.Prepare(sql);
   StatementUse use(statement);
   if (translation && sqlite3_bind_parameter_count(statement) > static_cast<int>(source_.parameters.size())) {
-    RaiseStore(kErrTooFewParameters,
-               std::to_string(sqlite3_bind_parameter_count(statement) - static_cast<int>(source_.parameters.size())));
+    RaiseStore(kErrTooFewParameters, std::to_string(sqlite3_bind_parameter_count(statement) -
+                                                    static_cast<int>(source_.parameters.size())));
   }
-  for (size_t i = 0; i < source_.parameters.size(); ++i) BindValue(statement, static_cast<int>(i + 1), source_.parameters[i]);
+  for (size_t i = 0; i < source_.parameters.size(); ++i)
+    BindValue(statement, static_cast<int>(i + 1), source_.parameters[i]);
   int offset = translation ? 0 : 1;
   while (c.Step(statement)) {
     rows->ids.push_back(translation ? -1 : sqlite3_column_int64(statement, 0));
@@ -352,6 +377,7 @@ std::unique_ptr<SqliteRecordset> SqliteRecordset::CloneFrom() const {
   clone->result_columns_ = result_columns_;
   clone->target_ = target_;
   clone->fields_.Build(columns_.size());
+  clone->wanted_ = wanted_;
   if (mode_ == Mode::kTable) {
     if (index_) clone->Index(index_->name);
     clone->TableFirst(true, false);
@@ -382,13 +408,21 @@ void SqliteRecordset::RequireRow() const {
 Variant SqliteRecordset::Cell(int ordinal) const {
   if (edit_mode_ != 0) return buffer_[static_cast<size_t>(ordinal)];
   RequireRow();
-  if (mode_ == Mode::kTable) return current_[static_cast<size_t>(ordinal)];
+  if (mode_ == Mode::kTable) {
+    if (row_[ordinal].IsEmpty()) const_cast<SqliteRecordset*>(this)->LoadWholeRow(ordinal);
+    return row_[ordinal];
+  }
   return rows_->cells[pos_ * rows_->width + static_cast<size_t>(ordinal)];
 }
 
 std::vector<Variant> SqliteRecordset::CurrentValues() const {
   RequireRow();
-  if (mode_ == Mode::kTable) return current_;
+  if (mode_ == Mode::kTable) {
+    for (size_t i = 0; i < columns_.size(); ++i) {
+      if (row_[i].IsEmpty()) const_cast<SqliteRecordset*>(this)->LoadWholeRow(static_cast<int>(i));
+    }
+    return std::vector<Variant>(row_, row_ + columns_.size());
+  }
   auto begin = rows_->cells.begin() + static_cast<std::ptrdiff_t>(pos_ * rows_->width);
   return std::vector<Variant>(begin, begin + static_cast<std::ptrdiff_t>(rows_->width));
 }
@@ -426,7 +460,7 @@ std::string SqliteRecordset::OrderBy(bool ascending, size_t keys) const {
 
 std::vector<Variant> SqliteRecordset::CurrentKeys() const {
   std::vector<Variant> keys;
-  for (int ordinal : key_ordinals_) keys.push_back(current_[static_cast<size_t>(ordinal)]);
+  for (int ordinal : key_ordinals_) keys.push_back(row_[ordinal]);
   keys.push_back(Variant(static_cast<double>(current_id_)));
   return keys;
 }
@@ -436,7 +470,8 @@ std::vector<Variant> SqliteRecordset::CurrentKeys() const {
 std::string SqliteRecordset::Beyond(bool forward, const std::vector<Variant>& keys,
                                     std::vector<Variant>& binds) const {
   std::vector<std::string> names;
-  for (int ordinal : key_ordinals_) names.push_back(Quote(columns_[static_cast<size_t>(ordinal)].base_column));
+  for (int ordinal : key_ordinals_)
+    names.push_back(Quote(columns_[static_cast<size_t>(ordinal)].base_column));
   names.push_back("rowid");
   bool any_null = std::any_of(keys.begin(), keys.end(), [](const Variant& v) { return v.IsNull(); });
   if (!any_null) {
@@ -478,32 +513,57 @@ size_t SqliteRecordset::Fetch(const std::string& sql, const std::vector<Variant>
   sqlite3_stmt* statement = c.Prepare(sql);
   StatementUse use(statement);
   for (size_t i = 0; i < binds.size(); ++i) BindValue(statement, static_cast<int>(i + 1), binds[i]);
+  KeepCurrentRow();
   ahead_.clear();
   ahead_ids_.clear();
   ahead_pos_ = 0;
   size_t found = 0;
+  const size_t width = columns_.size();
   while (c.Step(statement)) {
-    std::vector<Variant> row;
-    row.reserve(columns_.size());
-    for (size_t i = 0; i < columns_.size(); ++i) {
-      row.push_back(ReadColumn(statement, static_cast<int>(i) + 1, columns_[i].type));
+    for (size_t i = 0; i < width; ++i) {
+      ahead_.push_back(wanted_[i] ? ReadColumn(statement, static_cast<int>(i) + 1, columns_[i].type)
+                                  : Variant());
     }
     ahead_ids_.push_back(sqlite3_column_int64(statement, 0));
-    ahead_.push_back(std::move(row));
     ++found;
   }
   ahead_writes_ = c.WriteCount();
   ahead_complete_ = keep_ahead && found < static_cast<size_t>(kChunk);
   if (found) TakeAhead();
   if (!keep_ahead) {
+    KeepCurrentRow();
     ahead_.clear();
     ahead_ids_.clear();
   }
   return found;
 }
 
+void SqliteRecordset::LoadWholeRow(int ordinal) {
+  wanted_[static_cast<size_t>(ordinal)] = 1;
+  Connection& c = Conn();
+  StatementUse use(c.Prepare("SELECT " + SelectList() + " FROM " + target_->physical + " WHERE rowid = ?"));
+  sqlite3_bind_int64(use, 1, current_id_);
+  if (!c.Step(use)) RaiseStore(kErrRecordDeleted);
+  std::vector<Variant> row;
+  for (size_t i = 0; i < columns_.size(); ++i)
+    row.push_back(ReadColumn(use, static_cast<int>(i) + 1, columns_[i].type));
+  current_ = std::move(row);
+  row_ = current_.data();
+  // The rows read ahead lack the column: read them again with it.
+  ahead_.clear();
+  ahead_ids_.clear();
+  ahead_pos_ = 0;
+  ahead_complete_ = false;
+}
+
+void SqliteRecordset::KeepCurrentRow() {
+  if (row_ == nullptr || row_ == current_.data()) return;
+  current_.assign(row_, row_ + columns_.size());
+  row_ = current_.data();
+}
+
 void SqliteRecordset::TakeAhead() {
-  current_ = std::move(ahead_[ahead_pos_]);
+  row_ = ahead_.data() + ahead_pos_ * columns_.size();
   current_id_ = ahead_ids_[ahead_pos_];
   ++ahead_pos_;
   current_deleted_ = false;
@@ -518,7 +578,8 @@ void SqliteRecordset::LoadByRowid(int64_t rowid) {
 
 void SqliteRecordset::TableFirst(bool ascending, bool raise_when_empty) {
   std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " ORDER BY " +
-                    OrderBy(ascending, key_ordinals_.size()) + " LIMIT " + std::to_string(ascending ? kChunk : 1);
+                    OrderBy(ascending, key_ordinals_.size()) + " LIMIT " +
+                    std::to_string(ascending ? kChunk : 1);
   if (Fetch(sql, {}, ascending) == 0) {
     where_ = ascending ? Where::kAfterLast : Where::kBeforeFirst;
     table_empty_ = true;
@@ -527,18 +588,19 @@ void SqliteRecordset::TableFirst(bool ascending, bool raise_when_empty) {
 }
 
 void SqliteRecordset::TableStep(bool forward) {
-  if (forward && ahead_pos_ < ahead_.size() && ahead_writes_ == Conn().WriteCount()) {
+  if (forward && ahead_pos_ < ahead_ids_.size() && ahead_writes_ == Conn().WriteCount()) {
     TakeAhead();
     return;
   }
-  if (forward && ahead_complete_ && ahead_pos_ >= ahead_.size() && ahead_writes_ == Conn().WriteCount()) {
+  if (forward && ahead_complete_ && ahead_pos_ >= ahead_ids_.size() && ahead_writes_ == Conn().WriteCount()) {
     where_ = Where::kAfterLast;
     return;
   }
   std::vector<Variant> binds;
   std::string condition = Beyond(forward, CurrentKeys(), binds);
-  std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE " + condition + " ORDER BY " +
-                    OrderBy(forward, key_ordinals_.size()) + " LIMIT " + std::to_string(forward ? kChunk : 1);
+  std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE " + condition +
+                    " ORDER BY " + OrderBy(forward, key_ordinals_.size()) + " LIMIT " +
+                    std::to_string(forward ? kChunk : 1);
   if (Fetch(sql, binds, forward) == 0) where_ = forward ? Where::kAfterLast : Where::kBeforeFirst;
 }
 
@@ -672,7 +734,12 @@ void SqliteRecordset::Index(std::string_view name) {
   if (!index) RaiseStore(kErrNotAnIndex, name);
   index_ = *index;
   key_ordinals_.clear();
-  for (const auto& field : index_->fields) key_ordinals_.push_back(Ordinal(field));
+  // An index that is the counter itself orders by rowid alone, which SQLite walks without sorting.
+  if (!index_->sql_name.empty()) {
+    for (const auto& field : index_->fields) key_ordinals_.push_back(Ordinal(field));
+  }
+  for (int ordinal : key_ordinals_) wanted_[static_cast<size_t>(ordinal)] = 1;
+  row_ = nullptr;
   ahead_.clear();
   ahead_ids_.clear();
   where_ = Where::kBeforeFirst;
@@ -686,16 +753,18 @@ void SqliteRecordset::Seek(std::string_view comparison, const Variant& key1, con
   static const char* const kComparisons[] = {"=", "<", "<=", ">", ">="};
   auto known = std::find(std::begin(kComparisons), std::end(kComparisons), comparison);
   if (known == std::end(kComparisons)) RaiseStore(kErrInvalidArgument);
+  std::vector<int> seek_ordinals;
+  for (const auto& field : index_->fields) seek_ordinals.push_back(Ordinal(field));
   std::vector<Variant> keys;
   for (const Variant* key : {&key1, &key2, &key3}) {
-    if (key->IsEmpty() || keys.size() >= key_ordinals_.size()) break;
-    keys.push_back(Coerce(*key, columns_[static_cast<size_t>(key_ordinals_[keys.size()])].type));
+    if (key->IsEmpty() || keys.size() >= seek_ordinals.size()) break;
+    keys.push_back(Coerce(*key, columns_[static_cast<size_t>(seek_ordinals[keys.size()])].type));
   }
   if (keys.empty()) RaiseStore(kErrInvalidArgument);
   std::string left = "(";
   std::string right = "(";
   for (size_t i = 0; i < keys.size(); ++i) {
-    left += (i ? ", " : "") + Quote(columns_[static_cast<size_t>(key_ordinals_[i])].base_column);
+    left += (i ? ", " : "") + Quote(columns_[static_cast<size_t>(seek_ordinals[i])].base_column);
     right += i ? ", ?" : "?";
   }
   bool backward = comparison == "<" || comparison == "<=";
@@ -719,7 +788,8 @@ void SqliteRecordset::Find(std::string_view criterion_text, bool from_end, bool 
   if (found == criteria_.end()) {
     if (result_columns_.empty()) {
       for (const auto& column : columns_) {
-        result_columns_.push_back(jet::ResultColumn{column.name, column.type, column.base_table, column.base_column});
+        result_columns_.push_back(
+            jet::ResultColumn{column.name, column.type, column.base_table, column.base_column});
       }
     }
     std::shared_ptr<jet::Criterion> compiled = jet::CompileCriterion(criterion_text, result_columns_);
@@ -759,7 +829,9 @@ void SqliteRecordset::Find(std::string_view criterion_text, bool from_end, bool 
     return criterion.Matches(std::vector<Variant>(begin, begin + static_cast<std::ptrdiff_t>(rows_->width)));
   };
   if (forward) {
-    size_t start = from_end || where_ == Where::kBeforeFirst ? 0 : where_ == Where::kAfterLast ? count : pos_ + 1;
+    size_t start = from_end || where_ == Where::kBeforeFirst ? 0
+                   : where_ == Where::kAfterLast             ? count
+                                                             : pos_ + 1;
     for (size_t row = start; row < count; ++row) {
       if (matches(row)) {
         pos_ = row;
@@ -792,6 +864,10 @@ void SqliteRecordset::RequireWritable() const {
 
 int64_t SqliteRecordset::ReserveCounter() {
   Connection& c = Conn();
+  // Inside a transaction nobody else writes the file: the next number follows our own last insert.
+  if (c.TransactionLevel() > 0 && next_counter_ > 0 && next_counter_writes_ == c.WriteCount()) {
+    return next_counter_;
+  }
   StatementUse use(c.Prepare("SELECT max(coalesce((SELECT seq FROM " + Quote(target_->alias) +
                              ".sqlite_sequence WHERE name = ?1), 0), coalesce((SELECT max(rowid) FROM " +
                              target_->physical + "), 0)) + 1"));
@@ -903,15 +979,19 @@ void SqliteRecordset::Update() {
       names += (names.empty() ? "" : ", ") + Quote(columns_[i].base_column);
       marks += marks.empty() ? "?" : ", ?";
     }
-    std::string sql = names.empty() ? "INSERT INTO " + target_->physical + " DEFAULT VALUES"
-                                    : "INSERT INTO " + target_->physical + " (" + names + ") VALUES (" + marks + ")";
+    std::string sql = names.empty()
+                          ? "INSERT INTO " + target_->physical + " DEFAULT VALUES"
+                          : "INSERT INTO " + target_->physical + " (" + names + ") VALUES (" + marks + ")";
     {
       StatementUse use(c.Prepare(sql));
-      for (size_t k = 0; k < changed.size(); ++k) BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
+      for (size_t k = 0; k < changed.size(); ++k)
+        BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
       c.Step(use);
     }
     c.NoteWrite();
     int64_t rowid = sqlite3_last_insert_rowid(c.Handle());
+    next_counter_ = reserved_counter_ > 0 ? reserved_counter_ + 1 : 0;
+    next_counter_writes_ = c.WriteCount();
     if (mode_ == Mode::kTable) {
       last_modified_ = rowid;
     } else {
@@ -929,16 +1009,19 @@ void SqliteRecordset::Update() {
       std::string sets;
       for (size_t i : changed) sets += (sets.empty() ? "" : ", ") + Quote(columns_[i].base_column) + " = ?";
       StatementUse use(c.Prepare("UPDATE " + target_->physical + " SET " + sets + " WHERE rowid = ?"));
-      for (size_t k = 0; k < changed.size(); ++k) BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
+      for (size_t k = 0; k < changed.size(); ++k)
+        BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
       sqlite3_bind_int64(use, static_cast<int>(changed.size() + 1), rowid);
       c.Step(use);
       c.NoteWrite();
     }
     if (mode_ == Mode::kTable) {
       current_ = buffer_;
+      row_ = current_.data();
       last_modified_ = rowid;
     } else {
-      std::copy(buffer_.begin(), buffer_.end(), rows_->cells.begin() + static_cast<std::ptrdiff_t>(pos_ * rows_->width));
+      std::copy(buffer_.begin(), buffer_.end(),
+                rows_->cells.begin() + static_cast<std::ptrdiff_t>(pos_ * rows_->width));
       last_modified_ = static_cast<int64_t>(pos_);
     }
   }
@@ -988,7 +1071,8 @@ std::unique_ptr<Recordset> OpenRecordset(RecordsetSource source, RecordsetTypeEn
   return recordset;
 }
 
-int BindAndRun(Connection& connection, const jet::Translation& translation, const std::vector<Variant>& parameters) {
+int BindAndRun(Connection& connection, const jet::Translation& translation,
+               const std::vector<Variant>& parameters) {
   sqlite3_stmt* statement = connection.Prepare(translation.sql);
   StatementUse use(statement);
   int expected = sqlite3_bind_parameter_count(statement);

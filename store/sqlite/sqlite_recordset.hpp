@@ -21,9 +21,9 @@ class Connection;
 struct RecordsetSource {
   std::shared_ptr<Connection> connection;
   std::shared_ptr<Catalog> catalog;
-  std::string table;                                   // a table source: its name
+  std::string table;                                    // a table source: its name
   std::shared_ptr<const jet::Translation> translation;  // a query or statement source
-  std::vector<Variant> parameters;                     // in the translation's order
+  std::vector<Variant> parameters;                      // in the translation's order
 };
 
 // type dbOpenDefault opens a table table-type and anything else as a dynaset.
@@ -31,6 +31,7 @@ struct RecordsetSource {
 std::unique_ptr<Recordset> OpenRecordset(RecordsetSource source, RecordsetTypeEnum type);
 
 // Binds the parameters and runs the statement; gives the rows changed.
-int BindAndRun(Connection& connection, const jet::Translation& translation, const std::vector<Variant>& parameters);
+int BindAndRun(Connection& connection, const jet::Translation& translation,
+               const std::vector<Variant>& parameters);
 
 }  // namespace ldg::store::sqlite

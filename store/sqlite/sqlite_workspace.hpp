@@ -5,14 +5,15 @@
 #include <memory>
 #include <string>
 
-#include "store/workspace.hpp"
 #include "store/sqlite/connection.hpp"
+#include "store/workspace.hpp"
 
 namespace ldg::store::sqlite {
 
 class SqliteWorkspace final : public Workspace {
  public:
-  explicit SqliteWorkspace(std::string name) : name_(std::move(name)), connection_(std::make_shared<Connection>()) {}
+  explicit SqliteWorkspace(std::string name)
+      : name_(std::move(name)), connection_(std::make_shared<Connection>()) {}
   ~SqliteWorkspace() override;
 
   std::string Name() const override { return name_; }

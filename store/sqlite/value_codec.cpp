@@ -41,21 +41,30 @@ std::optional<bool> ParseBoolean(std::string_view text) {
 // The number a value stands for; nullopt for a text that is no number.
 std::optional<double> AsNumber(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kBoolean: return value.AsBoolean() ? -1.0 : 0.0;
-    case VarType::kByte: return value.AsByte();
-    case VarType::kInteger: return value.AsInteger();
-    case VarType::kLong: return value.AsLong();
-    case VarType::kSingle: return value.AsSingle();
-    case VarType::kDouble: return value.AsDouble();
-    case VarType::kCurrency: return value.AsCurrency().ToDouble();
-    case VarType::kDate: return value.AsDate().Serial();
+    case VarType::kBoolean:
+      return value.AsBoolean() ? -1.0 : 0.0;
+    case VarType::kByte:
+      return value.AsByte();
+    case VarType::kInteger:
+      return value.AsInteger();
+    case VarType::kLong:
+      return value.AsLong();
+    case VarType::kSingle:
+      return value.AsSingle();
+    case VarType::kDouble:
+      return value.AsDouble();
+    case VarType::kCurrency:
+      return value.AsCurrency().ToDouble();
+    case VarType::kDate:
+      return value.AsDate().Serial();
     case VarType::kString: {
       double number = 0;
       if (ParseNumber(value.AsString(), number)) return number;
       if (auto flag = ParseBoolean(value.AsString())) return *flag ? -1.0 : 0.0;
       return std::nullopt;
     }
-    default: return std::nullopt;
+    default:
+      return std::nullopt;
   }
 }
 
@@ -67,11 +76,16 @@ double NumberOrRaise(const Variant& value) {
 
 int64_t WholeNumber(const Variant& value, int64_t low, int64_t high) {
   switch (value.Type()) {
-    case VarType::kByte: return value.AsByte();
-    case VarType::kInteger: return value.AsInteger();
-    case VarType::kLong: return value.AsLong();
-    case VarType::kBoolean: return value.AsBoolean() ? -1 : 0;
-    default: break;
+    case VarType::kByte:
+      return value.AsByte();
+    case VarType::kInteger:
+      return value.AsInteger();
+    case VarType::kLong:
+      return value.AsLong();
+    case VarType::kBoolean:
+      return value.AsBoolean() ? -1 : 0;
+    default:
+      break;
   }
   double rounded = std::nearbyint(NumberOrRaise(value));  // half to even, as the run time rounds
   if (std::isnan(rounded) || rounded < static_cast<double>(low) || rounded > static_cast<double>(high)) {
@@ -82,33 +96,37 @@ int64_t WholeNumber(const Variant& value, int64_t low, int64_t high) {
 
 Currency ToCurrency(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kCurrency: return value.AsCurrency();
+    case VarType::kCurrency:
+      return value.AsCurrency();
     case VarType::kByte:
     case VarType::kInteger:
-    case VarType::kLong: return Currency::FromUnits(WholeNumber(value, INT32_MIN, INT32_MAX));
-    case VarType::kBoolean: return Currency::FromUnits(value.AsBoolean() ? -1 : 0);
+    case VarType::kLong:
+      return Currency::FromUnits(WholeNumber(value, INT32_MIN, INT32_MAX));
+    case VarType::kBoolean:
+      return Currency::FromUnits(value.AsBoolean() ? -1 : 0);
     case VarType::kString:
       if (auto parsed = Currency::Parse(std::string(TrimBlanks(value.AsString())))) return *parsed;
       break;
-    default: break;
+    default:
+      break;
   }
   return Currency::FromDouble(NumberOrRaise(value));
 }
 
-std::string Two(int number) {
-  char buffer[8];
-  std::snprintf(buffer, sizeof buffer, "%02d", number);
-  return buffer;
-}
-
 std::string ToText(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kString: return value.AsString();
-    case VarType::kBoolean: return value.AsBoolean() ? "Wahr" : "Falsch";
-    case VarType::kByte: return std::to_string(value.AsByte());
-    case VarType::kInteger: return std::to_string(value.AsInteger());
-    case VarType::kLong: return std::to_string(value.AsLong());
-    case VarType::kCurrency: return value.AsCurrency().ToString();
+    case VarType::kString:
+      return value.AsString();
+    case VarType::kBoolean:
+      return value.AsBoolean() ? "Wahr" : "Falsch";
+    case VarType::kByte:
+      return std::to_string(value.AsByte());
+    case VarType::kInteger:
+      return std::to_string(value.AsInteger());
+    case VarType::kLong:
+      return std::to_string(value.AsLong());
+    case VarType::kCurrency:
+      return value.AsCurrency().ToString();
     case VarType::kSingle:
     case VarType::kDouble: {
       char buffer[40];
@@ -118,11 +136,17 @@ std::string ToText(const Variant& value) {
     }
     case VarType::kDate: {
       CivilTime t = value.AsDate().ToCivil();
-      std::string text = Two(t.day) + "." + Two(t.month) + "." + std::to_string(t.year);
-      if (t.hour || t.minute || t.second) text += " " + Two(t.hour) + ":" + Two(t.minute) + ":" + Two(t.second);
-      return text;
+      char buffer[32];
+      if (t.hour || t.minute || t.second) {
+        std::snprintf(buffer, sizeof buffer, "%02d.%02d.%d %02d:%02d:%02d", t.day, t.month, t.year, t.hour,
+                      t.minute, t.second);
+      } else {
+        std::snprintf(buffer, sizeof buffer, "%02d.%02d.%d", t.day, t.month, t.year);
+      }
+      return buffer;
     }
-    default: RaiseStore(kErrConversion);
+    default:
+      RaiseStore(kErrConversion);
   }
 }
 
@@ -135,12 +159,18 @@ Variant Coerce(const Variant& value, FieldType type) {
       if (value.Type() == VarType::kBoolean) return value;
       return Variant(NumberOrRaise(value) != 0.0);
     }
-    case FieldType::kByte: return Variant(static_cast<uint8_t>(WholeNumber(value, 0, 255)));
-    case FieldType::kInteger: return Variant(static_cast<int16_t>(WholeNumber(value, INT16_MIN, INT16_MAX)));
-    case FieldType::kLong: return Variant(static_cast<int32_t>(WholeNumber(value, INT32_MIN, INT32_MAX)));
-    case FieldType::kCurrency: return Variant(ToCurrency(value));
-    case FieldType::kSingle: return Variant(static_cast<float>(NumberOrRaise(value)));
-    case FieldType::kDouble: return Variant(NumberOrRaise(value));
+    case FieldType::kByte:
+      return Variant(static_cast<uint8_t>(WholeNumber(value, 0, 255)));
+    case FieldType::kInteger:
+      return Variant(static_cast<int16_t>(WholeNumber(value, INT16_MIN, INT16_MAX)));
+    case FieldType::kLong:
+      return Variant(static_cast<int32_t>(WholeNumber(value, INT32_MIN, INT32_MAX)));
+    case FieldType::kCurrency:
+      return Variant(ToCurrency(value));
+    case FieldType::kSingle:
+      return Variant(static_cast<float>(NumberOrRaise(value)));
+    case FieldType::kDouble:
+      return Variant(NumberOrRaise(value));
     case FieldType::kDate:
       if (value.Type() == VarType::kDate) return value;
       if (value.Type() == VarType::kString) {
@@ -152,8 +182,10 @@ Variant Coerce(const Variant& value, FieldType type) {
       }
       return Variant(OleDate(NumberOrRaise(value)));
     case FieldType::kText:
-    case FieldType::kMemo: return Variant(ToText(value));
-    case FieldType::kUnknown: return value;
+    case FieldType::kMemo:
+      return Variant(ToText(value));
+    case FieldType::kUnknown:
+      return value;
   }
   return value;
 }
@@ -161,21 +193,40 @@ Variant Coerce(const Variant& value, FieldType type) {
 void BindValue(sqlite3_stmt* statement, int index, const Variant& value) {
   switch (value.Type()) {
     case VarType::kEmpty:
-    case VarType::kNull: sqlite3_bind_null(statement, index); return;
-    case VarType::kBoolean: sqlite3_bind_int64(statement, index, value.AsBoolean() ? -1 : 0); return;
-    case VarType::kByte: sqlite3_bind_int64(statement, index, value.AsByte()); return;
-    case VarType::kInteger: sqlite3_bind_int64(statement, index, value.AsInteger()); return;
-    case VarType::kLong: sqlite3_bind_int64(statement, index, value.AsLong()); return;
-    case VarType::kSingle: sqlite3_bind_double(statement, index, value.AsSingle()); return;
-    case VarType::kDouble: sqlite3_bind_double(statement, index, value.AsDouble()); return;
-    case VarType::kCurrency: sqlite3_bind_int64(statement, index, value.AsCurrency().Raw()); return;
-    case VarType::kDate: sqlite3_bind_double(statement, index, value.AsDate().Serial()); return;
+    case VarType::kNull:
+      sqlite3_bind_null(statement, index);
+      return;
+    case VarType::kBoolean:
+      sqlite3_bind_int64(statement, index, value.AsBoolean() ? -1 : 0);
+      return;
+    case VarType::kByte:
+      sqlite3_bind_int64(statement, index, value.AsByte());
+      return;
+    case VarType::kInteger:
+      sqlite3_bind_int64(statement, index, value.AsInteger());
+      return;
+    case VarType::kLong:
+      sqlite3_bind_int64(statement, index, value.AsLong());
+      return;
+    case VarType::kSingle:
+      sqlite3_bind_double(statement, index, value.AsSingle());
+      return;
+    case VarType::kDouble:
+      sqlite3_bind_double(statement, index, value.AsDouble());
+      return;
+    case VarType::kCurrency:
+      sqlite3_bind_int64(statement, index, value.AsCurrency().Raw());
+      return;
+    case VarType::kDate:
+      sqlite3_bind_double(statement, index, value.AsDate().Serial());
+      return;
     case VarType::kString: {
       const std::string& text = value.AsString();
       sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
       return;
     }
-    default: RaiseStore(kErrConversion);
+    default:
+      RaiseStore(kErrConversion);
   }
 }
 
@@ -183,16 +234,24 @@ Variant ReadColumn(sqlite3_stmt* statement, int column, FieldType type) {
   int storage = sqlite3_column_type(statement, column);
   if (storage == SQLITE_NULL) return Variant::Null();
   switch (type) {
-    case FieldType::kBoolean: return Variant(sqlite3_column_int64(statement, column) != 0);
-    case FieldType::kByte: return Variant(static_cast<uint8_t>(sqlite3_column_int64(statement, column)));
-    case FieldType::kInteger: return Variant(static_cast<int16_t>(sqlite3_column_int64(statement, column)));
-    case FieldType::kLong: return Variant(static_cast<int32_t>(sqlite3_column_int64(statement, column)));
+    case FieldType::kBoolean:
+      return Variant(sqlite3_column_int64(statement, column) != 0);
+    case FieldType::kByte:
+      return Variant(static_cast<uint8_t>(sqlite3_column_int64(statement, column)));
+    case FieldType::kInteger:
+      return Variant(static_cast<int16_t>(sqlite3_column_int64(statement, column)));
+    case FieldType::kLong:
+      return Variant(static_cast<int32_t>(sqlite3_column_int64(statement, column)));
     case FieldType::kCurrency:
-      if (storage == SQLITE_INTEGER) return Variant(Currency::FromRaw(sqlite3_column_int64(statement, column)));
+      if (storage == SQLITE_INTEGER)
+        return Variant(Currency::FromRaw(sqlite3_column_int64(statement, column)));
       return Variant(Currency::FromRaw(std::llround(sqlite3_column_double(statement, column))));
-    case FieldType::kSingle: return Variant(static_cast<float>(sqlite3_column_double(statement, column)));
-    case FieldType::kDouble: return Variant(sqlite3_column_double(statement, column));
-    case FieldType::kDate: return Variant(OleDate(sqlite3_column_double(statement, column)));
+    case FieldType::kSingle:
+      return Variant(static_cast<float>(sqlite3_column_double(statement, column)));
+    case FieldType::kDouble:
+      return Variant(sqlite3_column_double(statement, column));
+    case FieldType::kDate:
+      return Variant(OleDate(sqlite3_column_double(statement, column)));
     case FieldType::kText:
     case FieldType::kMemo:
       break;
@@ -235,31 +294,48 @@ size_t CountCharacters(std::string_view text) {
 int32_t DefaultSize(FieldType type) {
   switch (type) {
     case FieldType::kBoolean:
-    case FieldType::kByte: return 1;
-    case FieldType::kInteger: return 2;
+    case FieldType::kByte:
+      return 1;
+    case FieldType::kInteger:
+      return 2;
     case FieldType::kLong:
-    case FieldType::kSingle: return 4;
+    case FieldType::kSingle:
+      return 4;
     case FieldType::kCurrency:
     case FieldType::kDouble:
-    case FieldType::kDate: return 8;
-    case FieldType::kText: return 50;
-    default: return 0;
+    case FieldType::kDate:
+      return 8;
+    case FieldType::kText:
+      return 50;
+    default:
+      return 0;
   }
 }
 
 const char* ColumnTypeName(FieldType type) {
   switch (type) {
-    case FieldType::kBoolean: return "BOOLINT";
-    case FieldType::kByte: return "BYTEINT";
-    case FieldType::kInteger: return "SMALLINT";
-    case FieldType::kLong: return "LONGINT";
-    case FieldType::kCurrency: return "CURRENCYINT";
-    case FieldType::kSingle: return "SINGLE REAL";
-    case FieldType::kDouble: return "DOUBLE";
-    case FieldType::kDate: return "DATE REAL";
-    case FieldType::kText: return "TEXT COLLATE JET";
-    case FieldType::kMemo: return "MEMO TEXT COLLATE JET";
-    default: return "";
+    case FieldType::kBoolean:
+      return "BOOLINT";
+    case FieldType::kByte:
+      return "BYTEINT";
+    case FieldType::kInteger:
+      return "SMALLINT";
+    case FieldType::kLong:
+      return "LONGINT";
+    case FieldType::kCurrency:
+      return "CURRENCYINT";
+    case FieldType::kSingle:
+      return "SINGLE REAL";
+    case FieldType::kDouble:
+      return "DOUBLE";
+    case FieldType::kDate:
+      return "DATE REAL";
+    case FieldType::kText:
+      return "TEXT COLLATE JET";
+    case FieldType::kMemo:
+      return "MEMO TEXT COLLATE JET";
+    default:
+      return "";
   }
 }
 

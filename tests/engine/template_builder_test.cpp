@@ -265,6 +265,32 @@ TEST_F(TemplateBuilderTest, DeletingATaxTakesItsRateHistoryWithIt) {
   EXPECT_TRUE(database_->OpenRecordset("TaxHistories", store::dbOpenSnapshot)->Eof());
 }
 
+TEST_F(TemplateBuilderTest, AccountAddedWithCodeOnlyHasNullParentAndZeroDefaults) {
+  std::unique_ptr<store::Recordset> accounts = database_->OpenRecordset("Accounts", store::dbOpenTable);
+  accounts->AddNew();
+  accounts->Fields().Item("Code").Value(Variant("A"));
+  accounts->Update();
+  accounts->Close();
+
+  std::unique_ptr<store::Recordset> row = database_->OpenRecordset("Accounts", store::dbOpenSnapshot);
+  ASSERT_FALSE(row->Eof());
+  EXPECT_TRUE(row->Fields().Item("ParentID").Value().IsNull());
+  EXPECT_TRUE(row->Fields().Item("TaxID").Value().IsNull());
+  EXPECT_EQ(row->Fields().Item("MasterID").Value().AsLong(), 0);
+  EXPECT_EQ(row->Fields().Item("Balance").Value().AsCurrency().Raw(), 0);
+  EXPECT_FALSE(row->Fields().Item("IsSum").Value().AsBoolean());
+}
+
+TEST_F(TemplateBuilderTest, TaxCodeDifferingOnlyInCaseIsADuplicate) {
+  std::unique_ptr<store::Recordset> taxes = database_->OpenRecordset("Taxes", store::dbOpenTable);
+  taxes->AddNew();
+  taxes->Fields().Item("Code").Value(Variant("ust"));
+  taxes->Update();
+  taxes->AddNew();
+  taxes->Fields().Item("Code").Value(Variant("UST"));
+  EXPECT_EQ(ErrorNumberOf([&] { taxes->Update(); }), store::kErrDuplicate);
+}
+
 TEST_F(TemplateBuilderTest, BuildingOverAnExistingFileFailsWith3204) {
   EXPECT_EQ(ErrorNumberOf([&] { TemplateBuilder(Description()).Build(*engine_, path_); }),
             store::kErrDatabaseExists);

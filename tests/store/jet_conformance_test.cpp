@@ -126,10 +126,10 @@ std::vector<std::string> Split(const std::string& text, char separator) {
 
 FieldType TypeNamed(const std::string& name) {
   static const std::pair<const char*, FieldType> kTypes[] = {
-      {"Counter", FieldType::kLong}, {"Long", FieldType::kLong},       {"Integer", FieldType::kInteger},
-      {"Byte", FieldType::kByte},    {"Boolean", FieldType::kBoolean}, {"Currency", FieldType::kCurrency},
-      {"Double", FieldType::kDouble}, {"Single", FieldType::kSingle},  {"Date", FieldType::kDate},
-      {"Text", FieldType::kText},    {"Memo", FieldType::kMemo},       {"Unknown", FieldType::kUnknown}};
+      {"Counter", FieldType::kLong},  {"Long", FieldType::kLong},       {"Integer", FieldType::kInteger},
+      {"Byte", FieldType::kByte},     {"Boolean", FieldType::kBoolean}, {"Currency", FieldType::kCurrency},
+      {"Double", FieldType::kDouble}, {"Single", FieldType::kSingle},   {"Date", FieldType::kDate},
+      {"Text", FieldType::kText},     {"Memo", FieldType::kMemo},       {"Unknown", FieldType::kUnknown}};
   for (const auto& [word, type] : kTypes) {
     if (EqualsNoCase(word, name)) return type;
   }
@@ -139,17 +139,28 @@ FieldType TypeNamed(const std::string& name) {
 
 std::string TypeName(FieldType type) {
   switch (type) {
-    case FieldType::kLong: return "Long";
-    case FieldType::kInteger: return "Integer";
-    case FieldType::kByte: return "Byte";
-    case FieldType::kBoolean: return "Boolean";
-    case FieldType::kCurrency: return "Currency";
-    case FieldType::kDouble: return "Double";
-    case FieldType::kSingle: return "Single";
-    case FieldType::kDate: return "Date";
-    case FieldType::kText: return "Text";
-    case FieldType::kMemo: return "Memo";
-    case FieldType::kUnknown: return "Unknown";
+    case FieldType::kLong:
+      return "Long";
+    case FieldType::kInteger:
+      return "Integer";
+    case FieldType::kByte:
+      return "Byte";
+    case FieldType::kBoolean:
+      return "Boolean";
+    case FieldType::kCurrency:
+      return "Currency";
+    case FieldType::kDouble:
+      return "Double";
+    case FieldType::kSingle:
+      return "Single";
+    case FieldType::kDate:
+      return "Date";
+    case FieldType::kText:
+      return "Text";
+    case FieldType::kMemo:
+      return "Memo";
+    case FieldType::kUnknown:
+      return "Unknown";
   }
   return "?";
 }
@@ -217,7 +228,8 @@ class ConformanceFile {
       columns.push_back({column, field_type});
       std::string sql_type = "INTEGER";
       if (EqualsNoCase(type, "Counter")) sql_type = "INTEGER PRIMARY KEY";
-      if (field_type == FieldType::kDouble || field_type == FieldType::kSingle || field_type == FieldType::kDate) {
+      if (field_type == FieldType::kDouble || field_type == FieldType::kSingle ||
+          field_type == FieldType::kDate) {
         sql_type = "REAL";
       }
       if (field_type == FieldType::kText || field_type == FieldType::kMemo) sql_type = "TEXT COLLATE JET";
@@ -318,7 +330,8 @@ class ConformanceFile {
     }
   }
 
-  static bool ReadParameter(const std::string& line, std::vector<std::pair<std::string, Literal>>& parameters) {
+  static bool ReadParameter(const std::string& line,
+                            std::vector<std::pair<std::string, Literal>>& parameters) {
     if (line.rfind("param ", 0) != 0) return false;
     const size_t equals = line.find('=');
     parameters.emplace_back(Trimmed(line.substr(6, equals - 6)), ParseLiteral(line.substr(equals + 1)));
@@ -347,8 +360,9 @@ class ConformanceFile {
     int missing = 0;
     for (size_t i = 0; i < translation.parameters.size(); ++i) {
       const Parameter& parameter = translation.parameters[i];
-      const auto found = std::find_if(values.begin(), values.end(),
-                                      [&](const auto& value) { return EqualsNoCase(value.first, parameter.name); });
+      const auto found = std::find_if(values.begin(), values.end(), [&](const auto& value) {
+        return EqualsNoCase(value.first, parameter.name);
+      });
       if (found == values.end()) {
         ++missing;
         continue;
@@ -356,7 +370,8 @@ class ConformanceFile {
       const FieldType type = parameter.type != FieldType::kUnknown ? parameter.type : parameter.meets;
       Bind(statement, static_cast<int>(i + 1), found->second, type);
     }
-    if (missing > 0) throw StoreFailure{3061, "Too few parameters. Expected " + std::to_string(missing) + "."};
+    if (missing > 0)
+      throw StoreFailure{3061, "Too few parameters. Expected " + std::to_string(missing) + "."};
     while (true) {
       const int step = sqlite3_step(statement);
       if (step == SQLITE_DONE) break;
@@ -416,7 +431,8 @@ class ConformanceFile {
     if (kind == SQLITE_NULL) return "NULL";
     switch (type) {
       case FieldType::kCurrency:
-        if (kind == SQLITE_INTEGER) return Currency::FromRaw(sqlite3_column_int64(statement, column)).ToString();
+        if (kind == SQLITE_INTEGER)
+          return Currency::FromRaw(sqlite3_column_int64(statement, column)).ToString();
         break;
       case FieldType::kBoolean:
         return sqlite3_column_int64(statement, column) != 0 ? "True" : "False";
@@ -426,8 +442,8 @@ class ConformanceFile {
         if (time.hour == 0 && time.minute == 0 && time.second == 0) {
           std::snprintf(buffer, sizeof buffer, "%d/%d/%d", time.month, time.day, time.year);
         } else {
-          std::snprintf(buffer, sizeof buffer, "%d/%d/%d %d:%02d:%02d", time.month, time.day, time.year, time.hour,
-                        time.minute, time.second);
+          std::snprintf(buffer, sizeof buffer, "%d/%d/%d %d:%02d:%02d", time.month, time.day, time.year,
+                        time.hour, time.minute, time.second);
         }
         return buffer;
       }

@@ -208,12 +208,18 @@ TEST_F(PeriodsTest, FailedSeekLessLeavesEof) {
 }
 
 TEST_F(RecordsetTest, SeekOnACompoundIndex) {
-  MakeTable(*db_, "FC2Rate", {{"ID", FieldType::kLong}, {"FCID", FieldType::kLong}, {"BeginDate", FieldType::kDate},
-                              {"Rate", FieldType::kCurrency}});
+  MakeTable(*db_, "FC2Rate",
+            {{"ID", FieldType::kLong},
+             {"FCID", FieldType::kLong},
+             {"BeginDate", FieldType::kDate},
+             {"Rate", FieldType::kCurrency}});
   AddIndex(*db_, "FC2Rate", "FCIDBeginDate", {"FCID", "BeginDate"});
-  AddRow(*db_, "FC2Rate", {{"ID", int32_t{1}}, {"FCID", int32_t{3}}, {"BeginDate", OleDate::FromYmd(2022, 1, 1)}});
-  AddRow(*db_, "FC2Rate", {{"ID", int32_t{2}}, {"FCID", int32_t{3}}, {"BeginDate", OleDate::FromYmd(2023, 1, 1)}});
-  AddRow(*db_, "FC2Rate", {{"ID", int32_t{3}}, {"FCID", int32_t{4}}, {"BeginDate", OleDate::FromYmd(2023, 1, 1)}});
+  AddRow(*db_, "FC2Rate",
+         {{"ID", int32_t{1}}, {"FCID", int32_t{3}}, {"BeginDate", OleDate::FromYmd(2022, 1, 1)}});
+  AddRow(*db_, "FC2Rate",
+         {{"ID", int32_t{2}}, {"FCID", int32_t{3}}, {"BeginDate", OleDate::FromYmd(2023, 1, 1)}});
+  AddRow(*db_, "FC2Rate",
+         {{"ID", int32_t{3}}, {"FCID", int32_t{4}}, {"BeginDate", OleDate::FromYmd(2023, 1, 1)}});
   auto rs = db_->OpenRecordset("FC2Rate", dbOpenTable);
   rs->Index("FCIDBeginDate");
   rs->Seek("=", int32_t{3}, OleDate::FromYmd(2023, 1, 1));

@@ -139,7 +139,8 @@ class RelationTest : public testing::StoreTest {
     AddRow(*db_, "TaxHistories", {{"TaxID", int32_t{2}}});
   }
 
-  void Relate(const char* name, const char* parent, const char* child, const char* column, int32_t attributes) {
+  void Relate(const char* name, const char* parent, const char* child, const char* column,
+              int32_t attributes) {
     auto relation = db_->CreateRelation(name, parent, child, attributes);
     auto field = relation->CreateField("ID");
     field->ForeignName(column);
@@ -190,7 +191,8 @@ TEST_F(SchemaTest, QueryDefKeepsItsTextAsWritten) {
 
 TEST_F(SchemaTest, CreateQueryDefOfATakenNameRaises3012) {
   db_->CreateQueryDef("tempMovSums", "SELECT * FROM Accounts;");
-  EXPECT_EQ(ErrorNumberOf([&] { db_->CreateQueryDef("tempMovSums", "SELECT * FROM Accounts;"); }), kErrObjectExists);
+  EXPECT_EQ(ErrorNumberOf([&] { db_->CreateQueryDef("tempMovSums", "SELECT * FROM Accounts;"); }),
+            kErrObjectExists);
 }
 
 TEST_F(SchemaTest, QueryDefWithoutANameIsNotStored) {
@@ -211,7 +213,8 @@ TEST_F(SchemaTest, QueryDefsDeleteAndRename) {
 TEST_F(SchemaTest, StoredQueryOpensAsARecordSet) {
   AddRow(*db_, "Accounts", {{"Code", "2000"}});
   AddRow(*db_, "Accounts", {{"Code", "1000"}});
-  db_->CreateQueryDef("viewAccounts", "SELECT Accounts.ID, Accounts.Code FROM Accounts ORDER BY Accounts.Code;");
+  db_->CreateQueryDef("viewAccounts",
+                      "SELECT Accounts.ID, Accounts.Code FROM Accounts ORDER BY Accounts.Code;");
   auto rs = db_->OpenRecordset("viewAccounts", dbOpenSnapshot);
   EXPECT_EQ(rs->Value("Code"), Variant("1000"));
   EXPECT_EQ(rs->Value("Accounts.Code"), Variant("1000"));
@@ -220,7 +223,8 @@ TEST_F(SchemaTest, StoredQueryOpensAsARecordSet) {
 TEST_F(SchemaTest, QueryParametersAreFilledByName) {
   AddRow(*db_, "Accounts", {{"Code", "1000"}});
   AddRow(*db_, "Accounts", {{"Code", "2000"}});
-  auto query = db_->CreateQueryDef("viewByCode", "PARAMETERS WantedCode Text; SELECT * FROM Accounts WHERE Code = [WantedCode];");
+  auto query = db_->CreateQueryDef(
+      "viewByCode", "PARAMETERS WantedCode Text; SELECT * FROM Accounts WHERE Code = [WantedCode];");
   auto again = db_->QueryDefs().Item("viewByCode");
   again->Parameters().Item("wantedcode").Value("2000");
   auto rs = again->OpenRecordset(dbOpenSnapshot);
@@ -228,7 +232,8 @@ TEST_F(SchemaTest, QueryParametersAreFilledByName) {
 }
 
 TEST_F(SchemaTest, QueryWithAParameterLeftUnsetRaises3061) {
-  db_->CreateQueryDef("viewByCode", "PARAMETERS WantedCode Text; SELECT * FROM Accounts WHERE Code = [WantedCode];");
+  db_->CreateQueryDef("viewByCode",
+                      "PARAMETERS WantedCode Text; SELECT * FROM Accounts WHERE Code = [WantedCode];");
   auto query = db_->QueryDefs().Item("viewByCode");
   EXPECT_EQ(ErrorNumberOf([&] { query->OpenRecordset(dbOpenSnapshot); }), kErrTooFewParameters);
   EXPECT_EQ(ErrorTextOf([&] { query->OpenRecordset(dbOpenSnapshot); }), "Too few parameters. Expected 1.");
@@ -237,7 +242,8 @@ TEST_F(SchemaTest, QueryWithAParameterLeftUnsetRaises3061) {
 TEST_F(SchemaTest, ActionQueryExecutesWithItsParameter) {
   AddRow(*db_, "Accounts", {{"Code", "1000"}});
   AddRow(*db_, "Accounts", {{"Code", "2000"}});
-  db_->CreateQueryDef("DeleteAccount", "PARAMETERS WantedID Long; DELETE * FROM Accounts WHERE ID = [WantedID];");
+  db_->CreateQueryDef("DeleteAccount",
+                      "PARAMETERS WantedID Long; DELETE * FROM Accounts WHERE ID = [WantedID];");
   auto query = db_->QueryDefs().Item("DeleteAccount");
   query->Parameters().Item("WantedID").Value(int32_t{1});
   query->Execute(dbFailOnError);
@@ -259,6 +265,34 @@ TEST_F(SchemaTest, UpdatableQueryWritesThroughToItsTable) {
   EXPECT_EQ(check->Value("Code"), Variant("1001"));
   check->MoveNext();
   EXPECT_EQ(check->Value("Code"), Variant("3000"));
+}
+
+TEST_F(SchemaTest, ParameterQueryOverOneTableStaysUpdatable) {
+  MakeTable(*db_, "BusinessYears",
+            {{"ID", FieldType::kLong}, {"Status", FieldType::kInteger}, {"DbName", FieldType::kText}});
+  AddIndex(*db_, "BusinessYears", "PrimaryKey", {"ID"}, true, true);
+  AddRow(*db_, "BusinessYears", {{"ID", int32_t{1}}, {"Status", int16_t{1}}, {"DbName", "Year2023.qdb"}});
+  db_->CreateQueryDef("viewYear",
+                      "PARAMETERS WantedName Text; SELECT BusinessYears.ID, BusinessYears.Status, "
+                      "BusinessYears.DBName FROM BusinessYears WHERE BusinessYears.DbName = [WantedName];");
+  auto query = db_->QueryDefs().Item("viewYear");
+  query->Parameters().Item("WantedName").Value("YEAR2023.QDB");
+  auto rs = query->OpenRecordset(dbOpenDynaset);
+  ASSERT_FALSE(rs->Eof());
+  EXPECT_EQ(rs->Value("BusinessYears.DBName"), Variant("Year2023.qdb"));
+  EXPECT_EQ(rs->Value("DbName"), Variant("Year2023.qdb"));
+  rs->AddNew();
+  rs->Value("ID", int32_t{2});
+  rs->Value("Status", int16_t{1});
+  rs->Value("BusinessYears.DBName", "Year2024.qdb");
+  rs->Update();
+  rs->Edit();
+  rs->Value("Status", int16_t{2});
+  rs->Update();
+  auto check = db_->OpenRecordset("BusinessYears", dbOpenTable);
+  EXPECT_EQ(check->Value("Status"), Variant(int16_t{2}));
+  check->MoveNext();
+  EXPECT_EQ(check->Value("DbName"), Variant("Year2024.qdb"));
 }
 
 TEST_F(SchemaTest, LinkedTableReadsAndWritesTheOtherFile) {

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
-
-#include <unistd.h>
 
 #include "store/constants.hpp"
 #include "store/db_engine.hpp"
@@ -52,13 +51,13 @@ class StoreTest : public ::testing::Test {
   void MakeTable(Database& db, const std::string& name, std::initializer_list<FieldSpec> fields) {
     auto table = db.CreateTableDef(name);
     std::string counter;
-    for (const auto& spec : fields) {
-      auto field = table->CreateField(spec.name, spec.type, spec.size);
-      if (spec.counter) {
+    for (const auto& field_spec : fields) {
+      auto field = table->CreateField(field_spec.name, field_spec.type, field_spec.size);
+      if (field_spec.counter) {
         field->Attributes(dbAutoIncrField);
-        counter = spec.name;
+        counter = field_spec.name;
       }
-      if (!spec.default_value.empty()) field->DefaultValue(spec.default_value);
+      if (!field_spec.default_value.empty()) field->DefaultValue(field_spec.default_value);
       table->Fields().Append(field);
     }
     if (!counter.empty()) {
@@ -82,7 +81,8 @@ class StoreTest : public ::testing::Test {
   }
 
   // Adds one row through a table-type record set; gives the new row's bookmark.
-  void AddRow(Database& db, const std::string& table, std::initializer_list<std::pair<std::string, Variant>> values) {
+  void AddRow(Database& db, const std::string& table,
+              std::initializer_list<std::pair<std::string, Variant>> values) {
     auto rs = db.OpenRecordset(table, dbOpenTable);
     rs->AddNew();
     for (const auto& [name, value] : values) rs->Value(name, value);

@@ -29,6 +29,8 @@ class TransactionTest : public testing::StoreTest {
 TEST_F(TransactionTest, CommitTransWithoutBeginTransIsAStoreError) {
   EXPECT_EQ(ErrorNumberOf([&] { workspace_->CommitTrans(); }), kErrNoTransaction);
   EXPECT_EQ(ErrorNumberOf([&] { workspace_->Rollback(); }), kErrNoTransaction);
+  EXPECT_EQ(testing::ErrorTextOf([&] { workspace_->CommitTrans(); }),
+            "You tried to commit or rollback a transaction without first beginning a transaction.");
 }
 
 TEST_F(TransactionTest, RollbackOfTheOuterLevelUndoesACommittedInnerLevel) {

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cfloat>
 #include <cmath>
+#include <random>
 
 #include "support/error.hpp"
 
@@ -28,7 +30,9 @@ OleDate At(int year, int month, int day, int hour, int minute, int second) {
 
 // ---- CStr
 
-TEST(CStr, NullIsInvalidUseOfNull) { EXPECT_EQ(ErrorOf([] { CStr(Variant::Null()); }), "94: Invalid use of Null"); }
+TEST(CStr, NullIsInvalidUseOfNull) {
+  EXPECT_EQ(ErrorOf([] { CStr(Variant::Null()); }), "94: Invalid use of Null");
+}
 
 TEST(CStr, EmptyIsTheEmptyText) { EXPECT_EQ(CStr(Variant()), ""); }
 
@@ -56,6 +60,23 @@ TEST(CStr, DoubleIsTheShortestTextThatReadsBack) {
 TEST(CStr, DoubleShowsEveryDigitNeededToReadBack) {
   EXPECT_EQ(CStr(0.1 + 0.2), "0.30000000000000004");
   EXPECT_EQ(CDbl(CStr(0.1 + 0.2)), 0.1 + 0.2);
+}
+
+TEST(CStr, EveryDoubleReadsBackExactly) {
+  std::mt19937_64 random(42);
+  for (int i = 0; i < 20000; ++i) {
+    const double value = std::bit_cast<double>(random());
+    if (std::isnan(value) || std::isinf(value)) continue;
+    ASSERT_EQ(CDbl(CStr(value)), value) << CStr(value);
+  }
+}
+
+TEST(CStr, EveryCurrencyReadsBackExactly) {
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 20000; ++i) {
+    const Currency value = Currency::FromRaw(static_cast<int64_t>(random()) >> (random() % 64));
+    ASSERT_EQ(CCur(CStr(value)), value) << CStr(value);
+  }
 }
 
 TEST(CStr, VeryLargeAndSmallDoublesUseTheExponentForm) {
@@ -177,7 +198,9 @@ TEST(CByte, RangeIsZeroTo255) {
   EXPECT_EQ(ErrorOf([] { CByte(true); }), "6: Overflow");
 }
 
-TEST(CLng, NullIsInvalidUseOfNull) { EXPECT_EQ(ErrorOf([] { CLng(Variant::Null()); }), "94: Invalid use of Null"); }
+TEST(CLng, NullIsInvalidUseOfNull) {
+  EXPECT_EQ(ErrorOf([] { CLng(Variant::Null()); }), "94: Invalid use of Null");
+}
 
 TEST(CLng, EmptyIsZero) { EXPECT_EQ(CLng(Variant()), 0); }
 
@@ -382,6 +405,11 @@ TEST(DateAdd, TimeSteps) {
   EXPECT_EQ(DateAdd("h", 25, Ymd(2004, 1, 1)), At(2004, 1, 2, 1, 0, 0));
   EXPECT_EQ(DateAdd("n", 90, Ymd(2004, 1, 1)), At(2004, 1, 1, 1, 30, 0));
   EXPECT_EQ(DateAdd("s", -1, Ymd(2004, 1, 1)), At(2003, 12, 31, 23, 59, 59));
+}
+
+TEST(DateAdd, CountIsCutToAWholeNumber) {
+  EXPECT_EQ(DateAdd("d", 1.9, Ymd(2004, 1, 1)), Ymd(2004, 1, 2));
+  EXPECT_EQ(DateAdd("m", -1.9, Ymd(2004, 3, 15)), Ymd(2004, 2, 15));
 }
 
 TEST(DateAdd, KeepsTheTimeOnMonthSteps) {

@@ -128,6 +128,7 @@ TEST(Format, NullAndEmptyGiveTheEmptyText) {
   EXPECT_EQ(Format(Variant::Null(), "#,##0.00"), "");
   EXPECT_EQ(Format(Variant::Null()), "");
   EXPECT_EQ(Format(Variant(), "dd.mm.yyyy"), "");
+  EXPECT_EQ(Format(Variant(), "0.00"), "");
 }
 
 TEST(Format, EmptyPatternIsThePlainText) {

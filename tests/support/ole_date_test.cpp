@@ -84,10 +84,10 @@ TEST(OleDate, DatePartDropsTheTimeOnBothSides) {
 }
 
 TEST(OleDate, WeekdayStartsOnSunday) {
-  EXPECT_EQ(OleDate(0.0).Weekday(), 7);                      // Saturday
-  EXPECT_EQ(OleDate(1.0).Weekday(), 1);                      // Sunday
-  EXPECT_EQ(OleDate(-1.0).Weekday(), 6);                     // Friday
-  EXPECT_EQ(OleDate::FromYmd(2002, 3, 1).Weekday(), 6);      // Friday
+  EXPECT_EQ(OleDate(0.0).Weekday(), 7);                  // Saturday
+  EXPECT_EQ(OleDate(1.0).Weekday(), 1);                  // Sunday
+  EXPECT_EQ(OleDate(-1.0).Weekday(), 6);                 // Friday
+  EXPECT_EQ(OleDate::FromYmd(2002, 3, 1).Weekday(), 6);  // Friday
 }
 
 TEST(OleDate, LeapYears) {

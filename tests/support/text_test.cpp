@@ -25,9 +25,11 @@ TEST(Len, CountsCharactersNotBytes) {
 }
 
 TEST(Len, InvalidBytesCountOneEach) {
-  EXPECT_EQ(Len("a\xFF" "b"), 3u);
+  EXPECT_EQ(Len("a\xFF"
+                "b"),
+            3u);
   EXPECT_EQ(Len("\xC3"), 1u);
-  EXPECT_EQ(Len("\xC0\xAF"), 2u);  // an overlong form is no character
+  EXPECT_EQ(Len("\xC0\xAF"), 2u);      // an overlong form is no character
   EXPECT_EQ(Len("\xED\xA0\x80"), 3u);  // nor is a surrogate
 }
 
@@ -145,6 +147,15 @@ TEST(Utf8, DecodeAndAppendRoundTrip) {
   size_t pos = 0;
   for (char32_t c : code_points) EXPECT_EQ(DecodeUtf8(text, pos), c);
   EXPECT_EQ(pos, text.size());
+}
+
+TEST(Utf8, ASequenceCutByTheEndOfTheViewIsInvalid) {
+  const std::string text = "\xC3\xBC";
+  const std::string_view cut(text.data(), 1);
+  size_t pos = 0;
+  EXPECT_EQ(DecodeUtf8(cut, pos), U'\uFFFD');
+  EXPECT_EQ(pos, 1u);
+  EXPECT_EQ(Len(cut), 1u);
 }
 
 TEST(Utf8, InvalidBytesDecodeAsReplacementOneAtATime) {
