@@ -8,8 +8,8 @@ bootstrap:
 
 demo: bootstrap
 	cmake --preset $(PRESET) >/dev/null
-	cmake --build --preset $(PRESET) --target ldg
-	./build/$(PRESET)/cli/ldg demo
+	cmake --build --preset $(PRESET) --target ldg_cli
+	./build/$(PRESET)/cli/ldg demo build/demo
 
 test: bootstrap
 	cmake --preset dev >/dev/null

@@ -1,22 +1,50 @@
-// ldg demo [DIR]: makes a demo company's year file and shows what the engine
-// knows about it. It grows with the engine.
+// ldg demo [DIR]: makes the year file of a demo company, a small Zurich
+// trustee firm, in DIR (the current folder by default) and shows what the
+// engine knows about it. It grows with the engine: the chart of accounts,
+// a quarter's bookings and the trial balance join as they land.
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
+#include <memory>
+#include <string>
 
 #include "cli/command.hpp"
-#include "ldg/ldg.hpp"
+#include "cli/year_file_summary.hpp"
+#include "engine/engine.hpp"
+#include "engine/options.hpp"
+#include "support/paths.hpp"
+#include "support/variant.hpp"
 
 namespace ldg::cli {
 namespace {
 
+constexpr const char* kDemoFile = "muster-treuhand-2026.qdb6f";
+
+void RunDemo(const std::string& folder) {
+  std::filesystem::create_directories(folder);
+  const std::string path = JoinPath(folder, kDemoFile);
+  std::filesystem::remove(path);
+
+  Engine engine;
+  Variant user("");
+  Variant password("");
+  Variant product("ldg");
+  engine.Init(user, password, product);
+  engine.CreateDatabase(Variant(path), Variant("01.01.2026"), Variant("31.12.2026"), std::nullopt);
+  engine.Options()->ClientName(Variant("Muster Treuhand AG"));
+  engine.Options()->ClientExtraText(Variant("Bahnhofstrasse 1, 8001 Zürich"));
+
+  std::cout << "ldg " << engine.Version() << "\n\n";
+  std::cout << "Demo company's year file: " << path << "\n\n";
+  YearFileSummary(engine).Print(std::cout, OutputFormat::kText);
+  engine.Tini();
+}
+
 const bool kRegistered = RegisterCommand([](CLI::App& app) {
   auto* command = app.add_subcommand("demo", "Make a demo company's year file and show what the engine knows");
-  auto dir = std::make_shared<std::string>(".");
-  command->add_option("dir", *dir, "Folder for the demo file");
-  command->callback([dir] {
-    std::cout << "ldg " << VersionText() << "\n";
-    std::cout << "The demo company's year file comes with the engine's year files.\n";
-  });
+  auto folder = std::make_shared<std::string>(".");
+  command->add_option("dir", *folder, "Folder for the demo file")->capture_default_str();
+  command->callback([folder] { RunDemo(*folder); });
 });
 
 }  // namespace

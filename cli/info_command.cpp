@@ -7,10 +7,8 @@
 
 #include "cli/command.hpp"
 #include "cli/opened_year_file.hpp"
-#include "cli/options_listing.hpp"
 #include "cli/table_output.hpp"
-#include "support/conversions.hpp"
-#include "support/sql_text.hpp"
+#include "cli/year_file_summary.hpp"
 
 namespace ldg::cli {
 namespace {
@@ -20,23 +18,10 @@ struct Arguments {
   std::string format = "text";
 };
 
-std::string Text(const Variant& value) {
-  return value.IsNull() || value.IsEmpty() ? std::string() : CStr(value);
-}
-
 void Run(const Arguments& arguments) {
   const OutputFormat format = ParseOutputFormat(arguments.format);
   OpenedYearFile opened(arguments.file);
-  Engine& engine = opened.engine();
-  TableOutput table({"Item", "Value"});
-  table.AddRow({"File", engine.DatabaseName()});
-  table.AddRow({"Year", Text(engine.YearID())});
-  table.AddRow({"Begin", Text(engine.YearBeginn())});
-  table.AddRow({"End", Text(engine.YearEnd())});
-  table.AddRow({"Status", Text(engine.YearStatusID()) + " " + Text(engine.YearStatus())});
-  table.AddRow({"Instance", DoubleToSqlText(engine.InstanceID())});
-  for (auto& [name, value] : OptionValues(*engine.Options())) table.AddRow({name, value});
-  table.Print(std::cout, format);
+  YearFileSummary(opened.engine()).Print(std::cout, format);
 }
 
 const bool kRegistered = RegisterCommand([](CLI::App& app) {

@@ -17,7 +17,7 @@
 //     storage: a number literal meeting a Currency column becomes exact
 //     ten-thousandths from its decimal text, True and False are -1 and 0, a
 //     Boolean column compared with True tests for non-zero, text compares
-//     through the JET collation, and a parameter notes the type it meets.
+//     through the NOCASE collation (case folded), and a parameter notes the type it meets.
 //  6. The select list is expanded (* and t.* in field order) and named as Jet
 //     names it: aliases as given, a column name that occurs twice qualified
 //     as Alias.Column, other expressions Expr1000, Expr1001, ...
@@ -41,7 +41,7 @@
 namespace ldg::store::jet {
 namespace {
 
-constexpr const char* kCollate = " COLLATE \"JET\"";
+constexpr const char* kCollate = " COLLATE NOCASE";
 
 std::string Quote(std::string_view name) {
   std::string out = "\"";

@@ -148,6 +148,10 @@ void RegisterJetFunctions(sqlite3* db) {
   // quietly becoming a string.
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  // Files declare their text columns NOCASE, so that any SQLite tool can read
+  // them; the store replaces that ASCII-only collation on its own connections
+  // with case folding over all of Unicode. "JET" names the same comparison.
+  sqlite3_create_collation_v2(db, "NOCASE", SQLITE_UTF8, nullptr, CompareJet, nullptr);
   sqlite3_create_collation_v2(db, "JET", SQLITE_UTF8, nullptr, CompareJet, nullptr);
   sqlite3_create_function_v2(db, "jet_like", 2, kFlags, nullptr, JetLike, nullptr, nullptr, nullptr);
   sqlite3_create_function_v2(db, "jet_cat", 2, kFlags, nullptr, JetCat, nullptr, nullptr, nullptr);

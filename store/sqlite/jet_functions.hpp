@@ -1,6 +1,6 @@
 // The SQL functions and the collation that translated statements rely on:
-// collation "JET" (text compared by Unicode simple case folding), jet_like(value,
-// pattern) with Jet's wildcards, jet_cat(a, b) for "&", and the aggregate
+// the collation NOCASE, replaced by text compared with Unicode simple case
+// folding (also named "JET"), jet_like(value, pattern) with Jet's wildcards, jet_cat(a, b) for "&", and the aggregate
 // jet_first(x), and jet_cur_mul(a, b), the product of two Currency values held
 // as ten-thousandths. Every connection the store opens registers them; it also
 // switches off SQLite's reading of an unknown double-quoted name as a string.

@@ -1,6 +1,6 @@
 // Names of tables, fields, indexes, queries and properties compare without
 // regard to case. They are identifiers in ASCII; folding ASCII letters is what
-// the catalog needs (data text compares through the "JET" collation instead).
+// the catalog needs (data text compares through the store's Unicode NOCASE instead).
 #pragma once
 
 #include <string>

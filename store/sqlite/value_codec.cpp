@@ -331,9 +331,9 @@ const char* ColumnTypeName(FieldType type) {
     case FieldType::kDate:
       return "DATE REAL";
     case FieldType::kText:
-      return "TEXT COLLATE JET";
+      return "TEXT COLLATE NOCASE";
     case FieldType::kMemo:
-      return "MEMO TEXT COLLATE JET";
+      return "MEMO TEXT COLLATE NOCASE";
     default:
       return "";
   }

@@ -58,7 +58,7 @@ TEST_F(JetTranslator, EveryIdentifierIsQuotedAndQualified) {
 TEST_F(JetTranslator, DoubleQuotedStringBecomesSingleQuotedLiteral) {
   EXPECT_EQ(Sql("SELECT ID FROM Accounts WHERE Code = \"it's\""),
             "SELECT \"Accounts\".\"ID\" AS \"ID\" FROM \"Accounts\" WHERE (\"Accounts\".\"Code\" = ('it''s') "
-            "COLLATE \"JET\")");
+            "COLLATE NOCASE)");
 }
 
 TEST_F(JetTranslator, CurrencyLiteralIsScaledHalfToEven) {
@@ -189,7 +189,7 @@ TEST_F(JetTranslator, DeclaredParameterShadowsTheColumn) {
 // name, which is why stored queries qualify every column.
 TEST_F(JetTranslator, DeclaredParameterShadowsEvenABareColumnName) {
   EXPECT_EQ(Sql("PARAMETERS Code Text; SELECT ID FROM Accounts WHERE Code = 'x'"),
-            "SELECT \"Accounts\".\"ID\" AS \"ID\" FROM \"Accounts\" WHERE (?1 = ('x') COLLATE \"JET\")");
+            "SELECT \"Accounts\".\"ID\" AS \"ID\" FROM \"Accounts\" WHERE (?1 = ('x') COLLATE NOCASE)");
 }
 
 TEST_F(JetTranslator, ParameterMeetingCurrencyColumnSaysSo) {
