@@ -2,9 +2,7 @@
 
 #include <sqlite3.h>
 
-#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -41,30 +39,19 @@ std::optional<bool> ParseBoolean(std::string_view text) {
 // The number a value stands for; nullopt for a text that is no number.
 std::optional<double> AsNumber(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kBoolean:
-      return value.AsBoolean() ? -1.0 : 0.0;
-    case VarType::kByte:
-      return value.AsByte();
-    case VarType::kInteger:
-      return value.AsInteger();
-    case VarType::kLong:
-      return value.AsLong();
-    case VarType::kSingle:
-      return value.AsSingle();
-    case VarType::kDouble:
-      return value.AsDouble();
-    case VarType::kCurrency:
-      return value.AsCurrency().ToDouble();
-    case VarType::kDate:
-      return value.AsDate().Serial();
     case VarType::kString: {
       double number = 0;
       if (ParseNumber(value.AsString(), number)) return number;
       if (auto flag = ParseBoolean(value.AsString())) return *flag ? -1.0 : 0.0;
       return std::nullopt;
     }
-    default:
+    case VarType::kEmpty:
+    case VarType::kNull:
+    case VarType::kObject:
+    case VarType::kArray:
       return std::nullopt;
+    default:
+      return CDbl(value);
   }
 }
 
@@ -115,38 +102,13 @@ Currency ToCurrency(const Variant& value) {
 
 std::string ToText(const Variant& value) {
   switch (value.Type()) {
-    case VarType::kString:
-      return value.AsString();
-    case VarType::kBoolean:
-      return value.AsBoolean() ? "Wahr" : "Falsch";
-    case VarType::kByte:
-      return std::to_string(value.AsByte());
-    case VarType::kInteger:
-      return std::to_string(value.AsInteger());
-    case VarType::kLong:
-      return std::to_string(value.AsLong());
-    case VarType::kCurrency:
-      return value.AsCurrency().ToString();
-    case VarType::kSingle:
-    case VarType::kDouble: {
-      char buffer[40];
-      double number = value.Type() == VarType::kSingle ? value.AsSingle() : value.AsDouble();
-      auto result = std::to_chars(buffer, buffer + sizeof buffer, number);
-      return std::string(buffer, result.ptr);
-    }
-    case VarType::kDate: {
-      CivilTime t = value.AsDate().ToCivil();
-      char buffer[32];
-      if (t.hour || t.minute || t.second) {
-        std::snprintf(buffer, sizeof buffer, "%02d.%02d.%d %02d:%02d:%02d", t.day, t.month, t.year, t.hour,
-                      t.minute, t.second);
-      } else {
-        std::snprintf(buffer, sizeof buffer, "%02d.%02d.%d", t.day, t.month, t.year);
-      }
-      return buffer;
-    }
-    default:
+    case VarType::kEmpty:
+    case VarType::kNull:
+    case VarType::kObject:
+    case VarType::kArray:
       RaiseStore(kErrConversion);
+    default:
+      return CStr(value);
   }
 }
 
