@@ -9,23 +9,13 @@
 #include "cli/command.hpp"
 #include "engine/engine_state.hpp"
 #include "support/conversions.hpp"
-#include "tests/engine/created_year_file_fixture.hpp"
+#include "tests/cli/installed_template_fixture.hpp"
 
 namespace ldg::cli {
 namespace {
 
-class CreateCommandTest : public year_files_testing::CreatedYearFileTest {
+class CreateCommandTest : public InstalledTemplateTest {
  protected:
-  void SetUp() override {
-    CreatedYearFileTest::SetUp();
-    std::filesystem::create_directories(folder_ / "config");
-    ::setenv("XDG_CONFIG_HOME", (folder_ / "config").c_str(), 1);
-    ::setenv("LDG_APP_PATH", year_files_testing::TemplateFolder().c_str(), 1);
-  }
-  void TearDown() override {
-    ::unsetenv("LDG_APP_PATH");
-    CreatedYearFileTest::TearDown();
-  }
 
   // Runs the command line and gives what it printed.
   std::string Run(const std::string& arguments) {
