@@ -1,7 +1,20 @@
-// Runs the Jet conformance files tests/data/jet/*.test: each file is one
-// test on a fresh in-memory SQLite database with the Jet functions
-// registered. Records are separated by blank lines; "#" starts a comment line.
+// Runs the Jet conformance files tests/data/jet/*.test. Each file runs twice,
+// as two tests:
+//   raw    each statement goes through the translator and runs on a fresh
+//          in-memory SQLite connection with the Jet functions registered and
+//          an in-memory catalog of the fixture tables and stored queries;
+//   store  each file runs through the record store's public interface: a new
+//          database file in a scratch folder, fixture tables made as table
+//          definitions with their Jet types (a Counter is an auto-increment
+//          field with the index PrimaryKey), rows added through a table-type
+//          record set, stored queries as named query definitions, statements
+//          through Database::Execute with dbFailOnError and queries through a
+//          snapshot record set read field by field.
+// Both modes compare the same expected rows, names, types and error numbers.
+// Records are separated by blank lines; "#" starts a comment line.
 //
+//   mode raw                            first line of a record that only the
+//                                       raw mode runs (a comment says why)
 //   include book.fixture                records of another file of the folder
 //   table Accounts                      a fixture table: a line of columns
 //   ID Counter, Code Text, Balance Currency
@@ -30,14 +43,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
+#include "store/constants.hpp"
+#include "store/db_engine.hpp"
 #include "store/jet/lexer.hpp"
 #include "store/jet/translator.hpp"
 #include "store/sqlite/jet_functions.hpp"
@@ -171,13 +188,36 @@ class StoreFailure {
   std::string text;
 };
 
+enum class Mode { kRaw, kStore };
+
 class ConformanceFile {
  public:
-  explicit ConformanceFile(std::filesystem::path path) : path_(std::move(path)) {
-    EXPECT_EQ(sqlite3_open(":memory:", &db_), SQLITE_OK);
-    sqlite::RegisterJetFunctions(db_);
+  ConformanceFile(std::filesystem::path path, Mode mode) : path_(std::move(path)), mode_(mode) {
+    if (mode_ == Mode::kRaw) {
+      EXPECT_EQ(sqlite3_open(":memory:", &db_), SQLITE_OK);
+      sqlite::RegisterJetFunctions(db_);
+      return;
+    }
+    folder_ = std::filesystem::temp_directory_path() /
+              ("ldg_jet_" + std::to_string(::getpid()) + "_" + path_.stem().string());
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    const std::string file = (folder_ / "book.qdb").string();
+    engine_ = NewSqliteEngine();
+    engine_->CreateDatabase(file)->Close();
+    workspace_ = engine_->CreateWorkspace("", "admin", "", dbUseJet);
+    store_ = workspace_->OpenDatabase(file);
   }
-  ~ConformanceFile() { sqlite3_close(db_); }
+  ~ConformanceFile() {
+    if (db_ != nullptr) sqlite3_close(db_);
+    if (mode_ == Mode::kStore) {
+      store_.reset();
+      workspace_.reset();
+      engine_.reset();
+      std::error_code ignored;
+      std::filesystem::remove_all(folder_, ignored);
+    }
+  }
   ConformanceFile(const ConformanceFile&) = delete;
   ConformanceFile& operator=(const ConformanceFile&) = delete;
 
@@ -207,6 +247,14 @@ class ConformanceFile {
   void RunRecord(const std::filesystem::path& path, const std::vector<std::pair<int, std::string>>& record) {
     if (record.empty()) return;
     SCOPED_TRACE(path.filename().string() + ":" + std::to_string(record[0].first));
+    if (Trimmed(record[0].second) == "mode raw") {
+      if (mode_ == Mode::kStore) {
+        ++raw_only_;
+        return;
+      }
+      return RunRecord(path, {record.begin() + 1, record.end()});
+    }
+    if (mode_ == Mode::kStore && record[0].second.rfind("include ", 0) != 0) ++store_records_;
     const std::string& head = record[0].second;
     if (head.rfind("include ", 0) == 0) return RunPath(path.parent_path() / Trimmed(head.substr(8)));
     if (head.rfind("table ", 0) == 0) return CreateTable(Trimmed(head.substr(6)), record);
@@ -226,6 +274,7 @@ class ConformanceFile {
       words >> column >> type;
       const FieldType field_type = TypeNamed(type);
       columns.push_back({column, field_type});
+      if (mode_ == Mode::kStore) continue;
       std::string sql_type = "INTEGER";
       if (EqualsNoCase(type, "Counter")) sql_type = "INTEGER PRIMARY KEY";
       if (field_type == FieldType::kDouble || field_type == FieldType::kSingle ||
@@ -235,6 +284,7 @@ class ConformanceFile {
       if (field_type == FieldType::kText || field_type == FieldType::kMemo) sql_type = "TEXT COLLATE JET";
       definitions.push_back("\"" + column + "\" " + sql_type);
     }
+    if (mode_ == Mode::kStore) return CreateStoreTable(name, record, columns);
     std::string create = "CREATE TABLE \"" + name + "\" (";
     for (size_t i = 0; i < definitions.size(); ++i) create += (i > 0 ? ", " : "") + definitions[i];
     Exec(create + ")");
@@ -258,7 +308,192 @@ class ConformanceFile {
   void StoreQuery(const std::string& name, const std::vector<std::pair<int, std::string>>& record) {
     std::string text;
     for (size_t i = 1; i < record.size(); ++i) text += (i > 1 ? "\n" : "") + record[i].second;
+    if (mode_ == Mode::kStore) {
+      try {
+        store_->CreateQueryDef(name, text);
+      } catch (const Error& error) {
+        ADD_FAILURE() << "stored query " << name << ": " << error.Number() << " " << error.Description();
+      }
+      return;
+    }
     catalog_.AddQuery(name, text);
+  }
+
+  void CreateStoreTable(const std::string& name, const std::vector<std::pair<int, std::string>>& record,
+                        const std::vector<Catalog::Column>& columns) {
+    std::vector<bool> counters;
+    for (const std::string& part : Split(record[1].second, ',')) {
+      std::istringstream words(part);
+      std::string column, type;
+      words >> column >> type;
+      counters.push_back(EqualsNoCase(type, "Counter"));
+    }
+    try {
+      auto table = store_->CreateTableDef(name);
+      std::string counter;
+      for (size_t i = 0; i < columns.size(); ++i) {
+        const FieldType type = columns[i].type;
+        auto field = table->CreateField(columns[i].name, type, type == FieldType::kText ? 255 : 0);
+        if (counters[i]) {
+          field->Attributes(dbAutoIncrField);
+          counter = columns[i].name;
+        }
+        table->Fields().Append(field);
+      }
+      if (!counter.empty()) {
+        auto index = table->CreateIndex("PrimaryKey");
+        index->Primary(true);
+        index->Unique(true);
+        index->Fields().Append(index->CreateField(counter));
+        table->Indexes().Append(index);
+      }
+      store_->TableDefs().Append(table);
+    } catch (const Error& error) {
+      FAIL() << "table " << name << ": " << error.Number() << " " << error.Description();
+    }
+    for (size_t r = 2; r < record.size(); ++r) {
+      SCOPED_TRACE("row at line " + std::to_string(record[r].first));
+      const std::vector<std::string> fields = SplitRow(record[r].second);
+      ASSERT_EQ(fields.size(), columns.size());
+      try {
+        auto rs = store_->OpenRecordset(name, dbOpenTable);
+        rs->AddNew();
+        for (size_t i = 0; i < fields.size(); ++i) {
+          rs->Fields().Item(columns[i].name).Value(ToVariant(ParseLiteral(fields[i]), columns[i].type));
+        }
+        rs->Update();
+      } catch (const Error& error) {
+        ADD_FAILURE() << error.Number() << " " << error.Description();
+      }
+    }
+  }
+
+  // A fixture or parameter value as the store takes it for a field of the type.
+  static Variant ToVariant(const Literal& value, FieldType type) {
+    switch (value.kind) {
+      case Literal::Kind::kNull:
+        return Variant::Null();
+      case Literal::Kind::kText:
+        if (type == FieldType::kDate) return Variant(OleDate(ParseDateLiteral(value.text)));
+        return Variant(value.text);
+      case Literal::Kind::kDate:
+        return Variant(OleDate(value.date));
+      case Literal::Kind::kBoolean:
+        return Variant(value.truth);
+      case Literal::Kind::kNumber:
+        break;
+    }
+    switch (type) {
+      case FieldType::kCurrency:
+        return Variant(Currency::Parse(value.text).value());
+      case FieldType::kText:
+      case FieldType::kMemo:
+        return Variant(value.text);
+      case FieldType::kBoolean:
+        return Variant(std::stod(value.text) != 0);
+      case FieldType::kByte:
+        return Variant(static_cast<uint8_t>(std::stoi(value.text)));
+      case FieldType::kInteger:
+        return Variant(static_cast<int16_t>(std::stoi(value.text)));
+      case FieldType::kLong:
+        return Variant(static_cast<int32_t>(std::stol(value.text)));
+      case FieldType::kSingle:
+        return Variant(std::stof(value.text));
+      case FieldType::kDate:
+        return Variant(OleDate(std::stod(value.text)));
+      default:
+        break;
+    }
+    if (value.text.find_first_of(".eE") == std::string::npos) {
+      const long long number = std::stoll(value.text);
+      if (number >= INT32_MIN && number <= INT32_MAX) return Variant(static_cast<int32_t>(number));
+    }
+    return Variant(std::stod(value.text));
+  }
+
+  static std::string RenderVariant(const Variant& value) {
+    char buffer[64];
+    switch (value.Type()) {
+      case VarType::kEmpty:
+      case VarType::kNull:
+        return "NULL";
+      case VarType::kBoolean:
+        return value.AsBoolean() ? "True" : "False";
+      case VarType::kByte:
+        return std::to_string(value.AsByte());
+      case VarType::kInteger:
+        return std::to_string(value.AsInteger());
+      case VarType::kLong:
+        return std::to_string(value.AsLong());
+      case VarType::kCurrency:
+        return value.AsCurrency().ToString();
+      case VarType::kSingle:
+        std::snprintf(buffer, sizeof buffer, "%.15g", static_cast<double>(value.AsSingle()));
+        return buffer;
+      case VarType::kDouble:
+        std::snprintf(buffer, sizeof buffer, "%.15g", value.AsDouble());
+        return buffer;
+      case VarType::kDate:
+        return RenderDate(value.AsDate().Serial());
+      case VarType::kString:
+        return value.AsString().empty() ? "(empty)" : value.AsString();
+      default:
+        return "?";
+    }
+  }
+
+  static std::string RenderDate(double serial) {
+    const CivilTime time = OleDate(serial).ToCivil();
+    char buffer[64];
+    if (time.hour == 0 && time.minute == 0 && time.second == 0) {
+      std::snprintf(buffer, sizeof buffer, "%d/%d/%d", time.month, time.day, time.year);
+    } else {
+      std::snprintf(buffer, sizeof buffer, "%d/%d/%d %d:%02d:%02d", time.month, time.day, time.year, time.hour,
+                    time.minute, time.second);
+    }
+    return buffer;
+  }
+
+  // Runs a statement or query through the store; a query's rows and columns
+  // land in rows and columns.
+  void StoreExecute(const std::string& text, const std::vector<std::pair<std::string, Literal>>& values,
+                    std::vector<std::vector<std::string>>& rows, std::vector<ResultColumn>* columns) {
+    try {
+      std::unique_ptr<Recordset> rs;
+      if (values.empty()) {
+        if (columns == nullptr) {
+          store_->Execute(text, dbFailOnError);
+          return;
+        }
+        rs = store_->OpenRecordset(text, dbOpenSnapshot);
+      } else {
+        auto query = store_->CreateQueryDef("", text);
+        for (const auto& [name, value] : values) {
+          store::Parameter& parameter = query->Parameters().Item(name);
+          const FieldType type = parameter.Type();
+          parameter.Value(ToVariant(value, type));
+        }
+        if (columns == nullptr) {
+          query->Execute(dbFailOnError);
+          return;
+        }
+        rs = query->OpenRecordset(dbOpenSnapshot);
+      }
+      store::Fields& fields = rs->Fields();
+      for (int c = 0; c < fields.Count(); ++c) {
+        ResultColumn column;
+        column.name = fields.Item(c).Name();
+        column.type = fields.Item(c).Type();
+        columns->push_back(column);
+      }
+      for (; !rs->Eof(); rs->MoveNext()) {
+        std::vector<std::string> row;
+        for (int c = 0; c < fields.Count(); ++c) row.push_back(RenderVariant(fields.Item(c).Value()));
+        rows.push_back(std::move(row));
+      }
+    } catch (const Error& error) {
+      throw StoreFailure{error.Number(), error.Description()};
+    }
   }
 
   static int ExpectedError(const std::string& head) {
@@ -275,7 +510,11 @@ class ConformanceFile {
     const int expected = ExpectedError(head);
     try {
       std::vector<std::vector<std::string>> rows;
-      Execute(text, parameters, rows, nullptr);
+      if (mode_ == Mode::kStore) {
+        StoreExecute(text, parameters, rows, nullptr);
+      } else {
+        Execute(text, parameters, rows, nullptr);
+      }
       EXPECT_EQ(expected, 0) << "no error, expected " << expected;
     } catch (const StoreFailure& failure) {
       EXPECT_EQ(failure.number, expected) << failure.text;
@@ -304,8 +543,14 @@ class ConformanceFile {
     const int expected_error = ExpectedError(head);
     try {
       std::vector<std::vector<std::string>> rows;
-      Translation translation;
-      Execute(text, parameters, rows, &translation);
+      std::vector<ResultColumn> columns;
+      if (mode_ == Mode::kStore) {
+        StoreExecute(text, parameters, rows, &columns);
+      } else {
+        Translation translation;
+        Execute(text, parameters, rows, &translation);
+        columns = translation.columns;
+      }
       EXPECT_EQ(expected_error, 0) << "no error, expected " << expected_error;
       std::vector<std::string> actual_rows;
       for (const auto& row : rows) actual_rows.push_back(JoinBar(row));
@@ -315,7 +560,7 @@ class ConformanceFile {
       }
       EXPECT_EQ(actual_rows, expected_rows);
       std::vector<std::string> names, types;
-      for (const ResultColumn& column : translation.columns) {
+      for (const ResultColumn& column : columns) {
         names.push_back(column.name);
         types.push_back(TypeName(column.type));
       }
@@ -474,8 +719,17 @@ class ConformanceFile {
   }
 
   std::filesystem::path path_;
+  Mode mode_;
   sqlite3* db_ = nullptr;
   MemoryCatalog catalog_;
+  std::filesystem::path folder_;
+  std::unique_ptr<DBEngine> engine_;
+  std::shared_ptr<Workspace> workspace_;
+  std::shared_ptr<Database> store_;
+
+ public:
+  int store_records_ = 0;  // records the store mode ran
+  int raw_only_ = 0;       // records it left to the raw mode
 };
 
 std::vector<std::string> ConformanceFiles() {
@@ -487,17 +741,40 @@ std::vector<std::string> ConformanceFiles() {
   return files;
 }
 
-class JetConformance : public ::testing::TestWithParam<std::string> {};
+struct ModeAndFile {
+  Mode mode;
+  std::string file;
+};
 
-TEST_P(JetConformance, FileRunsAsWritten) { ConformanceFile(GetParam()).Run(); }
+std::vector<ModeAndFile> ModesAndFiles() {
+  std::vector<ModeAndFile> out;
+  for (Mode mode : {Mode::kRaw, Mode::kStore}) {
+    for (const std::string& file : ConformanceFiles()) out.push_back({mode, file});
+  }
+  return out;
+}
 
-INSTANTIATE_TEST_SUITE_P(Files, JetConformance, ::testing::ValuesIn(ConformanceFiles()),
-                         [](const ::testing::TestParamInfo<std::string>& file) {
-                           std::string name = std::filesystem::path(file.param).stem().string();
+class JetConformance : public ::testing::TestWithParam<ModeAndFile> {};
+
+TEST_P(JetConformance, FileRunsAsWritten) {
+  ConformanceFile file(GetParam().file, GetParam().mode);
+  file.Run();
+  if (GetParam().mode == Mode::kStore) {
+    RecordProperty("store_records", file.store_records_);
+    RecordProperty("raw_only", file.raw_only_);
+    std::printf("[ store    ] %s: %d records, %d raw-only\n",
+                std::filesystem::path(GetParam().file).filename().string().c_str(), file.store_records_,
+                file.raw_only_);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, JetConformance, ::testing::ValuesIn(ModesAndFiles()),
+                         [](const ::testing::TestParamInfo<ModeAndFile>& info) {
+                           std::string name = std::filesystem::path(info.param.file).stem().string();
                            for (char& c : name) {
                              if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
                            }
-                           return name;
+                           return (info.param.mode == Mode::kRaw ? "raw_" : "store_") + name;
                          });
 
 }  // namespace

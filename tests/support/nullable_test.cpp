@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/error.hpp"
+#include "tests/error_capture.hpp"
 
 namespace ldg {
 namespace {
@@ -28,15 +29,6 @@ class MemoryRecord : public Record {
   std::map<std::string, Variant> values_;
   std::map<std::string, int32_t> sizes_;
 };
-
-int32_t ErrorNumberOf(auto&& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 TEST(NullableRead, NullAndEmptyGiveTheDefaultOfTheType) {
   EXPECT_EQ(NullableRead("Lng", Variant::Null()), Variant(int32_t{0}));

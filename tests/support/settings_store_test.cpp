@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "support/error.hpp"
+#include "tests/error_capture.hpp"
 #include "support/file_system.hpp"
 #include "tests/support/environment_fixture.hpp"
 
@@ -13,15 +14,6 @@ namespace ldg {
 namespace {
 
 namespace fs = std::filesystem;
-
-int32_t ErrorNumberOf(auto&& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 class SettingsStoreTest : public ::testing::Test {
  protected:

@@ -3,18 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "support/error.hpp"
+#include "tests/error_capture.hpp"
 
 namespace ldg {
 namespace {
-
-int32_t ErrorNumberOf(auto&& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 TEST(Variant, DefaultIsEmpty) {
   Variant value;
