@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "store/jet/jet_error.hpp"
 #include "store/sqlite/catalog.hpp"
 #include "store/sqlite/jet_functions.hpp"
 #include "store/store_error.hpp"
@@ -122,6 +123,8 @@ void Connection::Raise(int code) const {
       break;
   }
   if (message == "integer overflow") RaiseRuntime(kErrOverflow);
+  // The Like function reports a pattern it refuses with the text of its 3075.
+  if (message == "Invalid pattern string.") jet::RaiseStoreError(jet::kErrSyntax, message);
   RaiseStore(kErrReserved, message);
 }
 

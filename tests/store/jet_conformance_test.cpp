@@ -9,7 +9,9 @@
 //          field with the index PrimaryKey), rows added through a table-type
 //          record set, stored queries as named query definitions, statements
 //          through Database::Execute with dbFailOnError and queries through a
-//          snapshot record set read field by field.
+//          snapshot record set read field by field; a record with "param"
+//          lines runs through a temporary query definition whose Parameters
+//          take the values.
 // Both modes compare the same expected rows, names, types and error numbers.
 // Records are separated by blank lines; "#" starts a comment line.
 //
@@ -254,7 +256,7 @@ class ConformanceFile {
       }
       return RunRecord(path, {record.begin() + 1, record.end()});
     }
-    if (mode_ == Mode::kStore && record[0].second.rfind("include ", 0) != 0) ++store_records_;
+    if (mode_ == Mode::kStore && (HeadIs(record, "statement") || HeadIs(record, "query"))) ++store_records_;
     const std::string& head = record[0].second;
     if (head.rfind("include ", 0) == 0) return RunPath(path.parent_path() / Trimmed(head.substr(8)));
     if (head.rfind("table ", 0) == 0) return CreateTable(Trimmed(head.substr(6)), record);
@@ -262,6 +264,10 @@ class ConformanceFile {
     if (head.rfind("statement", 0) == 0) return RunStatement(head, record);
     if (head.rfind("query", 0) == 0) return RunQuery(head, record);
     ADD_FAILURE() << "unknown record: " << head;
+  }
+
+  static bool HeadIs(const std::vector<std::pair<int, std::string>>& record, const char* word) {
+    return record[0].second.rfind(word, 0) == 0;
   }
 
   void CreateTable(const std::string& name, const std::vector<std::pair<int, std::string>>& record) {
@@ -728,7 +734,7 @@ class ConformanceFile {
   std::shared_ptr<Database> store_;
 
  public:
-  int store_records_ = 0;  // records the store mode ran
+  int store_records_ = 0;  // statement and query records the store mode ran
   int raw_only_ = 0;       // records it left to the raw mode
 };
 
@@ -746,6 +752,10 @@ struct ModeAndFile {
   std::string file;
 };
 
+void PrintTo(const ModeAndFile& value, std::ostream* out) {
+  *out << (value.mode == Mode::kRaw ? "raw " : "store ") << std::filesystem::path(value.file).filename().string();
+}
+
 std::vector<ModeAndFile> ModesAndFiles() {
   std::vector<ModeAndFile> out;
   for (Mode mode : {Mode::kRaw, Mode::kStore}) {
@@ -762,19 +772,19 @@ TEST_P(JetConformance, FileRunsAsWritten) {
   if (GetParam().mode == Mode::kStore) {
     RecordProperty("store_records", file.store_records_);
     RecordProperty("raw_only", file.raw_only_);
-    std::printf("[ store    ] %s: %d records, %d raw-only\n",
+    std::printf("[ store    ] %s: %d statements and queries, %d raw-only\n",
                 std::filesystem::path(GetParam().file).filename().string().c_str(), file.store_records_,
                 file.raw_only_);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, JetConformance, ::testing::ValuesIn(ModesAndFiles()),
-                         [](const ::testing::TestParamInfo<ModeAndFile>& info) {
-                           std::string name = std::filesystem::path(info.param.file).stem().string();
+                         [](const ::testing::TestParamInfo<ModeAndFile>& param_info) {
+                           std::string name = std::filesystem::path(param_info.param.file).stem().string();
                            for (char& c : name) {
                              if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
                            }
-                           return (info.param.mode == Mode::kRaw ? "raw_" : "store_") + name;
+                           return (param_info.param.mode == Mode::kRaw ? "raw_" : "store_") + name;
                          });
 
 }  // namespace
