@@ -29,6 +29,16 @@ constexpr const char* kVersionLine = "DebugLog|Engine|Initialize|Version=\"06.01
 
 class EngineTest : public testing::EngineFileTest {
  protected:
+  // A year file whose opening balances leave 100 over.
+  std::string MakeUnbalancedYearFile() {
+    return MakeYearFile("book.qdb6f", 2024, [](store::Database& database) {
+      database.Execute(
+          "INSERT INTO Accounts (Code, Name, IsSum, IsMaster, MasterID, OpeningBalance) "
+          "VALUES ('1000', 'Kasse', False, False, 0, 100);",
+          store::dbFailOnError);
+    });
+  }
+
   void SetUp() override {
     EngineFileTest::SetUp();
     engine_ = std::make_unique<Engine>();
@@ -271,13 +281,7 @@ TEST_F(EngineTest, MuteSuppressesOpenedAndClosed) {
 }
 
 TEST_F(EngineTest, MuteLetsTheUnbalancedOpeningThrough) {
-  const std::string path = MakeYearFile("book.qdb6f", 2024, [](store::Database& database) {
-    database.Execute(
-        "INSERT INTO Accounts (Code, Name, IsSum, IsMaster, MasterID, OpeningBalance) VALUES ('1000', "
-        "'Kasse', "
-        "False, False, 0, 100);",
-        store::dbFailOnError);
-  });
+  const std::string path = MakeUnbalancedYearFile();
   LogOn();
   engine_->Mute(true);
   engine_->OpenDatabase(Variant(path));
@@ -286,13 +290,7 @@ TEST_F(EngineTest, MuteLetsTheUnbalancedOpeningThrough) {
 }
 
 TEST_F(EngineTest, AnUnbalancedOpeningIsReportedAtTheClose) {
-  const std::string path = MakeYearFile("book.qdb6f", 2024, [](store::Database& database) {
-    database.Execute(
-        "INSERT INTO Accounts (Code, Name, IsSum, IsMaster, MasterID, OpeningBalance) VALUES ('1000', "
-        "'Kasse', "
-        "False, False, 0, 100);",
-        store::dbFailOnError);
-  });
+  const std::string path = MakeUnbalancedYearFile();
   LogOn();
   engine_->OpenDatabase(Variant(path));
   events_.events.clear();
