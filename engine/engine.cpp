@@ -17,6 +17,7 @@
 #include "engine/session.hpp"
 #include "engine/settings.hpp"
 #include "engine/startup_checks.hpp"
+#include "engine/subsystems.hpp"
 #include "store/lock_file.hpp"
 #include "support/conversions.hpp"
 #include "support/error.hpp"
@@ -240,6 +241,15 @@ Currency Engine::OpeningBalance() const { return ldg::OpeningBalance(CurrentData
 Currency Engine::SavedOpeningBalance() const { return ldg::SavedOpeningBalance(CurrentDatabase()); }
 void Engine::SaveOpeningBalance() { ldg::SaveOpeningBalance(CurrentDatabase(), State().workspace.get()); }
 
+void Engine::RestoreOpeningBalance() {
+  ldg::RestoreOpeningBalance(CurrentDatabase(), State().workspace.get(), [this] { RecalcBalances(true); });
+}
+
+void Engine::RecalcBalances(bool recalc_children_balances) {
+  CurrentDatabase();  // raises when nothing is open
+  if (const auto& recalc = RegisteredSubsystems().recalc_balances) recalc(recalc_children_balances);
+}
+
 void Engine::DebugLog(Variant v0, Variant v1, Variant v2, Variant v3, Variant v4, Variant v5, Variant v6,
                       Variant v7, Variant v8, Variant v9) {
   Raise([&](EngineEvents& listener) { listener.DebugLog(v0, v1, v2, v3, v4, v5, v6, v7, v8, v9); });
@@ -366,22 +376,32 @@ void Engine::SetUpAmountAgent() {
 }
 
 // The open steps of subsystems not yet wired into the engine: each leaves its member empty.
-void Engine::CreateJournals() {}          // journals at open: not yet wired
+void Engine::CreateJournals() {
+  if (const auto& create = RegisteredSubsystems().create_journals) journals_ = create();
+}
 void Engine::CreatePeriods2() {}          // periods at open: not yet wired
 void Engine::CreateBudgetPeriods() {}     // budget periods at open: not yet wired
 void Engine::CreateTaxes() {}             // taxes at open: not yet wired
 void Engine::CreateForeinCurrencies() {}  // foreign currencies at open: not yet wired
 void Engine::CreateFC2() {}               // second currency store at open: not yet wired
 void Engine::CreateVat2System() {}        // VAT settlement system at open: not yet wired
-void Engine::CreateAccounts() {}          // accounts at open: not yet wired
-void Engine::CreateMasterAccounts() {}    // master accounts at open: not yet wired
-void Engine::CreateAccountsGroups() {}    // account groups at open: not yet wired
+void Engine::CreateAccounts() {
+  if (const auto& create = RegisteredSubsystems().create_accounts) accounts_ = create();
+}
+void Engine::CreateMasterAccounts() {
+  if (const auto& create = RegisteredSubsystems().create_master_accounts) master_accounts_ = create();
+}
+void Engine::CreateAccountsGroups() {
+  if (const auto& create = RegisteredSubsystems().create_accounts_groups) accounts_groups_ = create();
+}
 void Engine::CreateBookEntries() {}       // book entries at open: not yet wired
 void Engine::CreateAmountAgent() {}       // amount agent at open: not yet wired
 void Engine::SetAmountAgentSymbols(const AmountSymbols& /*symbols*/) {}  // amount agent set-up: not yet wired
 void Engine::InitFC2() {}                      // second currency store set-up at open: not yet wired
 void Engine::TiniVat2System() {}               // VAT settlement system shut-down at close: not yet wired
-void Engine::ReleaseSharedScratchObjects() {}  // shared scratch query and record set: not yet wired
+void Engine::ReleaseSharedScratchObjects() {
+  if (const auto& release = RegisteredSubsystems().release_shared_scratch_objects) release();
+}
 
 void Engine::CreateFilesYears() { files_years_ = std::make_shared<ldg::FilesYears>(); }
 

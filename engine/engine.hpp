@@ -123,6 +123,10 @@ class Engine {
   Currency OpeningBalance() const;
   Currency SavedOpeningBalance() const;
   void SaveOpeningBalance();
+  // Copies the saved openings back, then recalculates every balance with ChildrensBalance.
+  void RestoreOpeningBalance();
+  // Rebuilds every stored Balance from the movements; ChildrensBalance too when asked.
+  void RecalcBalances(bool recalc_children_balances);
 
   // Raises the DebugLog event with the ten values.
   void DebugLog(Variant v0 = Variant(), Variant v1 = Variant(), Variant v2 = Variant(),
@@ -215,7 +219,7 @@ class Engine {
   void BuildObjectTree();
   void SetUpAmountAgent();
 
-  // The open steps that belong to subsystems not yet wired into the engine.
+  // The open steps; those of the layers above the engine go through engine/subsystems.hpp.
   void CreateJournals();
   void CreatePeriods2();
   void CreateBudgetPeriods();

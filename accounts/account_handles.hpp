@@ -1,0 +1,48 @@
+// AccountHandles: the record sets and stored queries that every Account of the
+// open database shares, opened when Accounts is created and released when it
+// ends, plus the engine-wide dated balance view. Held per thread, like the rest
+// of the engine-wide state. Positions on the shared record sets hold only until
+// the next call into the accounts classes.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "store/query_def.hpp"
+#include "store/recordset.hpp"
+
+namespace ldg {
+
+struct AccountHandles {
+  // "Accounts" as a table record set, Index "PrimaryKey".
+  std::unique_ptr<store::Recordset> accounts_table;
+  // "AccountsIndex" as a table record set.
+  std::unique_ptr<store::Recordset> index_table;
+  std::shared_ptr<store::QueryDef> delete_index_entry;  // DeleteAccountsIndexEntry
+  std::shared_ptr<store::QueryDef> index_gl;            // viewAccountsIndexGL
+  std::shared_ptr<store::QueryDef> index_detail;        // viewAccountsIndexDetail
+  std::shared_ptr<store::QueryDef> index_groups;        // viewAccountsIndexGroups
+  std::shared_ptr<store::QueryDef> balance_at_date;     // viewBalanceAtDate
+
+  // The balance view: viewAccountsRecursive, or a dated query over it.
+  std::shared_ptr<store::QueryDef> balance_view_query;
+  std::unique_ptr<store::Recordset> balance_view;
+  // True while balance_view reads viewAccountsRecursive itself.
+  bool balance_view_is_plain = true;
+  // Name of the scratch query of the dated view, "" when there is none.
+  std::string temp_query_name;
+  // The journal list last used by BalanceAtDate.
+  std::string last_journal_list;
+
+  // Opens the shared handles on the current database.
+  void Open();
+  // Releases every handle, the balance view and its scratch query included.
+  void Release();
+  // Drops the balance view and its scratch query (deleted from QueryDefs).
+  void ReleaseBalanceView();
+};
+
+// This thread's handles.
+AccountHandles& SharedAccountHandles();
+
+}  // namespace ldg

@@ -1,0 +1,10 @@
+#include "engine/subsystems.hpp"
+
+namespace ldg {
+
+Subsystems& RegisteredSubsystems() {
+  static Subsystems subsystems;
+  return subsystems;
+}
+
+}  // namespace ldg
