@@ -359,7 +359,7 @@ void Engine::ReleaseObjectTreeReversed() {
 
 void Engine::SetUpAmountAgent() {
   const ldg::Options& options = *options_;
-  AmountSymbols symbols;
+  AmountAgentSymbols symbols;
   symbols.decimal_separator = options.DecimalSep();
   symbols.thousand_separator = options.ThousandSep();
   symbols.system_decimal_separator = State().system_decimal_separator;
@@ -375,11 +375,14 @@ void Engine::SetUpAmountAgent() {
   SetAmountAgentSymbols(symbols);
 }
 
-// The open steps of subsystems not yet wired into the engine: each leaves its member empty.
+// The open steps: those of the layers above the engine call what they registered, the rest leave
+// their member empty until their layer exists.
 void Engine::CreateJournals() {
   if (const auto& create = RegisteredSubsystems().create_journals) journals_ = create();
 }
-void Engine::CreatePeriods2() {}          // periods at open: not yet wired
+void Engine::CreatePeriods2() {
+  if (const auto& create = RegisteredSubsystems().create_periods2) periods2_ = create();
+}
 void Engine::CreateBudgetPeriods() {}     // budget periods at open: not yet wired
 void Engine::CreateTaxes() {}             // taxes at open: not yet wired
 void Engine::CreateForeinCurrencies() {}  // foreign currencies at open: not yet wired
@@ -395,8 +398,14 @@ void Engine::CreateAccountsGroups() {
   if (const auto& create = RegisteredSubsystems().create_accounts_groups) accounts_groups_ = create();
 }
 void Engine::CreateBookEntries() {}       // book entries at open: not yet wired
-void Engine::CreateAmountAgent() {}       // amount agent at open: not yet wired
-void Engine::SetAmountAgentSymbols(const AmountSymbols& /*symbols*/) {}  // amount agent set-up: not yet wired
+void Engine::CreateAmountAgent() {
+  if (const auto& create = RegisteredSubsystems().create_amount_agent) amount_agent_ = create();
+  State().amount_agent = amount_agent_.get();
+}
+void Engine::SetAmountAgentSymbols(const AmountAgentSymbols& symbols) {
+  const auto& set_symbols = RegisteredSubsystems().set_amount_agent_symbols;
+  if (amount_agent_ && set_symbols) set_symbols(*amount_agent_, symbols);
+}
 void Engine::InitFC2() {}                      // second currency store set-up at open: not yet wired
 void Engine::TiniVat2System() {}               // VAT settlement system shut-down at close: not yet wired
 void Engine::ReleaseSharedScratchObjects() {

@@ -20,6 +20,7 @@
 
 #include "engine/callback.hpp"
 #include "engine/engine_events.hpp"
+#include "engine/subsystems.hpp"
 #include "store/database.hpp"
 #include "store/workspace.hpp"
 #include "support/currency.hpp"
@@ -197,21 +198,6 @@ class Engine {
   const ldg::DbController* Controller() const { return controller_.get(); }
 
  private:
-  // What the amount agent is given at open, in the order it takes them.
-  struct AmountSymbols {
-    Variant decimal_separator;
-    Variant thousand_separator;
-    std::string system_decimal_separator;
-    std::string system_thousand_separator;
-    Variant neg_bookkeeping_symbol;
-    Variant pos_bookkeeping_symbol;
-    Variant neg_arithmetic_symbol;
-    Variant pos_arithmetic_symbol;
-    int16_t cur_code_pos = 0;
-    Variant base_currency_code;
-    int16_t decimals = 0;
-    Currency round;
-  };
 
   void CloseOpenDatabase();
   void ReleaseObjectTree();
@@ -233,7 +219,7 @@ class Engine {
   void CreateBookEntries();
   void CreateAmountAgent();
   void CreateFilesYears();
-  void SetAmountAgentSymbols(const AmountSymbols& symbols);
+  void SetAmountAgentSymbols(const AmountAgentSymbols& symbols);
   void InitFC2();
   void TiniVat2System();
   void ReleaseSharedScratchObjects();
