@@ -397,7 +397,9 @@ void Engine::CreateMasterAccounts() {
 void Engine::CreateAccountsGroups() {
   if (const auto& create = RegisteredSubsystems().create_accounts_groups) accounts_groups_ = create();
 }
-void Engine::CreateBookEntries() {}       // book entries at open: not yet wired
+void Engine::CreateBookEntries() {
+  if (const auto& create = RegisteredSubsystems().create_book_entries) book_entries_ = create();
+}
 void Engine::CreateAmountAgent() {
   if (const auto& create = RegisteredSubsystems().create_amount_agent) amount_agent_ = create();
   State().amount_agent = amount_agent_.get();

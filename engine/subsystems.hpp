@@ -21,6 +21,7 @@ class MasterAccounts;
 class AccountsGroups;
 class Periods2;
 class AmountAgent;
+class BookEntries;
 
 // What the engine's amount agent is given at open, in the order it takes them;
 // the rounding unit is set after the eleven symbols.
@@ -45,6 +46,7 @@ struct Subsystems {
   std::function<std::shared_ptr<ldg::MasterAccounts>()> create_master_accounts;
   std::function<std::shared_ptr<ldg::AccountsGroups>()> create_accounts_groups;
   std::function<std::shared_ptr<ldg::Periods2>()> create_periods2;
+  std::function<std::shared_ptr<ldg::BookEntries>()> create_book_entries;
   std::function<std::shared_ptr<ldg::AmountAgent>()> create_amount_agent;
   std::function<void(ldg::AmountAgent& agent, const AmountAgentSymbols& symbols)> set_amount_agent_symbols;
   // Drops the engine-wide scratch query and record sets (the dated balance view).
