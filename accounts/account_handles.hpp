@@ -45,4 +45,7 @@ struct AccountHandles {
 // This thread's handles.
 AccountHandles& SharedAccountHandles();
 
+// The shared accounts table; run-time error 91 while no Accounts has opened it.
+store::Recordset& SharedAccountsTable();
+
 }  // namespace ldg

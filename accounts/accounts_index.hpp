@@ -52,7 +52,14 @@ class AccountsIndex {
   void Run();
 
  private:
+  // The record set of a zone bit (1, 4 or 2), null when that zone wasn't searched;
+  // 0x800403E8 "Invalid parameter value." for any other value.
   store::Recordset* ZoneRecords(int16_t what);
+  int32_t& ZoneCount(int16_t what);
+  // Seeks the ID of the current row of records in the shared accounts table.
+  store::Recordset& SeekAccountOf(const store::Recordset& records);
+  // Called first by Run; does nothing, a place for a check before the search.
+  void BeforeRun() {}
 
   Variant search_text_;
   int16_t zones_ = 0;

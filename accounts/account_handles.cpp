@@ -1,0 +1,75 @@
+#include "accounts/account_handles.hpp"
+
+#include <functional>
+
+#include "engine/engine_state.hpp"
+#include "store/constants.hpp"
+#include "store/database.hpp"
+#include "support/error.hpp"
+
+namespace ldg {
+
+namespace {
+
+// Clean-up steps run to their end whatever fails on the way.
+void IgnoringErrors(const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const Error&) {
+  }
+}
+
+void CloseAndDrop(std::unique_ptr<store::Recordset>& records) {
+  if (records) IgnoringErrors([&] { records->Close(); });
+  records.reset();
+}
+
+}  // namespace
+
+void AccountHandles::Open() {
+  store::Database& database = *State().database;
+  accounts_table = database.OpenRecordset("Accounts", store::dbOpenTable);
+  accounts_table->Index("PrimaryKey");
+  index_table = database.OpenRecordset("AccountsIndex", store::dbOpenTable);
+  store::QueryDefs& queries = database.QueryDefs();
+  delete_index_entry = queries.Item("DeleteAccountsIndexEntry");
+  index_detail = queries.Item("viewAccountsIndexDetail");
+  index_gl = queries.Item("viewAccountsIndexGL");
+  index_groups = queries.Item("viewAccountsIndexGroups");
+  balance_at_date = queries.Item("viewBalanceAtDate");
+}
+
+void AccountHandles::Release() {
+  ReleaseBalanceView();
+  CloseAndDrop(accounts_table);
+  CloseAndDrop(index_table);
+  delete_index_entry.reset();
+  index_gl.reset();
+  index_detail.reset();
+  index_groups.reset();
+  balance_at_date.reset();
+  last_journal_list.clear();
+}
+
+void AccountHandles::ReleaseBalanceView() {
+  CloseAndDrop(balance_view);
+  balance_view_query.reset();
+  balance_view_is_plain = true;
+  if (temp_query_name.empty()) return;
+  const std::string name = temp_query_name;
+  temp_query_name.clear();
+  if (State().database) IgnoringErrors([&] { State().database->QueryDefs().Delete(name); });
+}
+
+AccountHandles& SharedAccountHandles() {
+  thread_local AccountHandles handles;
+  return handles;
+}
+
+store::Recordset& SharedAccountsTable() {
+  std::unique_ptr<store::Recordset>& table = SharedAccountHandles().accounts_table;
+  if (!table) RaiseRuntime(kErrObjectNotSet);
+  return *table;
+}
+
+}  // namespace ldg
