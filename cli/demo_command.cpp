@@ -1,14 +1,17 @@
 // ldg demo [DIR]: makes the year file of a demo company, a small Zurich
-// trustee firm, in DIR (the current folder by default) and shows what the
-// engine knows about it. It grows with the engine: the chart of accounts,
-// a quarter's bookings and the trial balance join as they land.
+// trustee firm, in DIR (the current folder by default), with its chart of
+// accounts and opening balances, and shows what the engine knows about it. It
+// grows with the engine: a quarter's bookings and the trial balance join as
+// they land. A file of an earlier run is replaced, so every run gives the same.
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
 
+#include "cli/chart_listing.hpp"
 #include "cli/command.hpp"
+#include "cli/demo_chart.hpp"
 #include "cli/year_file_summary.hpp"
 #include "engine/engine.hpp"
 #include "engine/options.hpp"
@@ -34,14 +37,19 @@ void RunDemo(const std::string& folder) {
   engine.Options()->ClientName(Variant("Muster Treuhand AG"));
   engine.Options()->ClientExtraText(Variant("Bahnhofstrasse 1, 8001 Zürich"));
 
+  AddDemoChart(*engine.Accounts());
+
   std::cout << "ldg " << engine.Version() << "\n\n";
   std::cout << "Demo company's year file: " << path << "\n\n";
   YearFileSummary(engine).Print(std::cout, OutputFormat::kText);
+  std::cout << "\nChart of accounts with opening balances:\n\n";
+  ChartListing(*engine.Accounts()).Print(std::cout, OutputFormat::kText);
   engine.Tini();
 }
 
 const bool kRegistered = RegisterCommand([](CLI::App& app) {
-  auto* command = app.add_subcommand("demo", "Make a demo company's year file and show what the engine knows");
+  auto* command =
+      app.add_subcommand("demo", "Make a demo company's year file and show what the engine knows");
   auto folder = std::make_shared<std::string>(".");
   command->add_option("dir", *folder, "Folder for the demo file")->capture_default_str();
   command->callback([folder] { RunDemo(*folder); });
