@@ -25,6 +25,9 @@ enum DocIDFlags : int16_t {
   lgrDocIDFlagAllowDuplicates = 8,
 };
 
+// The stored form of a numeric document number: fourteen digits, left-padded with zeros.
+inline constexpr const char* kNumericDocumentIDFormat = "00000000000000";
+
 class BookEntries {
  public:
   BookEntries();

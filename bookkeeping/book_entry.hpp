@@ -115,6 +115,10 @@ class BookEntry : public Object {
 
   void TakeStoredCopy() { stored_ = current_; }
   std::shared_ptr<BookEntry> FreshCopy();
+  // Records a definitive run of this entry alone and takes its ID and Number.
+  void MakeDefinitiveRun();
+  // Store error 3075 when a changed text that the update pastes between quotes holds a quote.
+  void RefuseQuotesInChangedTexts() const;
 
   Values current_;
   Values stored_;

@@ -5,6 +5,7 @@
 
 #include "accounts/account_links.hpp"
 #include "bookkeeping/amount_agent.hpp"
+#include "bookkeeping/book_entries.hpp"
 #include "bookkeeping/journals.hpp"
 #include "bookkeeping/periods2.hpp"
 #include "engine/engine.hpp"
@@ -25,6 +26,7 @@ void OpenJournalItem(const Variant& index_or_key) {
 const bool registered = [] {
   RegisteredSubsystems().create_journals = [] { return std::make_shared<Journals>(); };
   RegisteredSubsystems().create_periods2 = [] { return std::make_shared<Periods2>(); };
+  RegisteredSubsystems().create_book_entries = [] { return std::make_shared<BookEntries>(); };
   RegisteredSubsystems().create_amount_agent = [] { return std::make_shared<AmountAgent>(); };
   RegisteredSubsystems().set_amount_agent_symbols = SetEngineSymbols;
   RegisteredAccountLinks().journal_item = OpenJournalItem;

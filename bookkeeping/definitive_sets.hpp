@@ -25,6 +25,11 @@ enum LockModes : int16_t {
   lgrLockModeUser = 7,
 };
 
+// The day and the user that a definitive run records: today's date of the
+// local clock, without time, and the engine's current user ("" without one).
+OleDate DefinitiveRunDate();
+std::string DefinitiveRunUser();
+
 class DefinitiveSet {
  public:
   int32_t ID() const { return id_; }
@@ -55,9 +60,12 @@ class DefinitiveSets {
   DefinitiveSets();
 
   std::shared_ptr<DefinitiveSet> Add(OleDate transaction_date, const std::string& user,
-                                     const Variant& date_beginn = Variant(), const Variant& date_end = Variant(),
-                                     const std::string& excluded_journals = "", bool users_entries_only = false);
-  // A key "ID<n>" (0x80040451 with the text of 1186 filled) or a one-based position (error 9).
+                                     const Variant& date_beginn = Variant(),
+                                     const Variant& date_end = Variant(),
+                                     const std::string& excluded_journals = "",
+                                     bool users_entries_only = false);
+  // A key "ID<n>" (0x80040451 with the text of 1186, its "%1" left as it is) or a one-based
+  // position (error 9).
   std::shared_ptr<DefinitiveSet> Item(const Variant& index_or_key) const;
   auto begin() const { return sets_.begin(); }
   auto end() const { return sets_.end(); }
@@ -65,6 +73,10 @@ class DefinitiveSets {
   int32_t Count() const { return static_cast<int32_t>(sets_.size()); }
 
  private:
+  // Raises 1185 for what is no date and 1103 for a date outside the open year;
+  // Empty, Null and "" pass unchecked.
+  static void CheckSelectionDate(const Variant& date);
+
   std::vector<std::shared_ptr<DefinitiveSet>> sets_;
 };
 

@@ -2,6 +2,9 @@
 
 #include <string>
 
+#include "bookkeeping/book_entries.hpp"
+#include "bookkeeping/book_entry.hpp"
+#include "engine/engine.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
@@ -78,6 +81,14 @@ void Journal::Update() {
   } else {
     UpdateStored();
   }
+}
+
+void Journal::Append(BookEntry& entry) const { entry.AppendEntry(id_); }
+
+void Journal::Delete(int32_t book_entry_id) const {
+  Engine* engine = State().engine;
+  if (engine == nullptr || !engine->BookEntries()) RaiseRuntime(kErrObjectNotSet);
+  engine->BookEntries()->Delete(book_entry_id);
 }
 
 std::shared_ptr<BookEntry> Journal::Item(int32_t /*book_entry_id*/) const { return nullptr; }

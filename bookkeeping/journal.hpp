@@ -51,6 +51,10 @@ class Journal {
   void ChangeLock(int32_t how);
   // ID 0 inserts; otherwise writes what differs from the stored copy, and nothing when all is equal.
   void Update();
+  // Posts the book entry into this journal: the entry's append with this journal's ID.
+  void Append(BookEntry& entry) const;
+  // Forwards to the engine's BookEntries::Delete, whatever journal the entry belongs to.
+  void Delete(int32_t book_entry_id) const;
   // Deliberately a stub: returns no book entry for any ID (pinned by a test).
   std::shared_ptr<BookEntry> Item(int32_t book_entry_id) const;
 

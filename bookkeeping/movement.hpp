@@ -104,6 +104,8 @@ class Movement : public Object {
   void TakeStoredCopy();
   // The reverse line of a storno.
   void MakeStorno();
+  // The ID of the account's currency, 0 when it has none.
+  static int32_t CurrencyKeyOf(const ldg::Account& account);
 
  private:
   struct Values {
@@ -114,8 +116,8 @@ class Movement : public Object {
     Currency amount;
     int32_t fc_id = 0;
     Currency fc_amount;
-    Variant reference;
-    Variant valuta;
+    Variant reference = Variant::Null();
+    Variant valuta = Variant::Null();
     int32_t tax_id = 0;
     bool tax_manual = false;
     bool is_net_amount = false;

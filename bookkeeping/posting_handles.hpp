@@ -23,4 +23,8 @@ struct PostingHandles {
 // This thread's handles.
 PostingHandles& SharedPostingHandles();
 
+// The shared tables; run-time error 91 while no BookEntries has opened them.
+store::Recordset& SharedBookEntriesTable();
+store::Recordset& SharedMovementsTable();
+
 }  // namespace ldg

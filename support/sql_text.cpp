@@ -64,4 +64,11 @@ std::string DoubleToSqlText(double value) {
 
 std::string CurrencyToSqlText(Currency value) { return value.ToString(); }
 
+const char* BooleanToSqlText(bool value) { return value ? "True" : "False"; }
+
+void AppendAssignment(std::string& set, std::string_view assignment) {
+  if (!set.empty()) set += ", ";
+  set += assignment;
+}
+
 }  // namespace ldg

@@ -37,5 +37,10 @@ std::string DateRangeCondition(std::string_view field_name, const Variant& date_
 std::string DoubleToSqlText(double value);
 // The exact amount with "." as decimal sign and no trailing zeros.
 std::string CurrencyToSqlText(Currency value);
+// "True" or "False", as the update statements write a Boolean.
+const char* BooleanToSqlText(bool value);
+
+// Adds one assignment to the SET list of an update, after ", " unless it is the first.
+void AppendAssignment(std::string& set, std::string_view assignment);
 
 }  // namespace ldg

@@ -78,7 +78,9 @@ TEST_F(JournalsTest, AddRaisesAnErrorOtherThanADuplicateWithItsNumberAndText) {
 }
 
 TEST_F(JournalsTest, ItemOfZeroRaisesError9) {
-  EXPECT_EQ(ErrorOf([&] { engine_->Journals()->Item(Variant(int32_t{0})); }).Number(), 9);
+  const Error error = ErrorOf([&] { engine_->Journals()->Item(Variant(int32_t{0})); });
+  EXPECT_EQ(error.Number(), 9);
+  EXPECT_EQ(error.Description(), "Subscript out of range");
 }
 
 TEST_F(JournalsTest, ItemOfAPositionAboveCountRaisesError9) {

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "support/error.hpp"
 
@@ -99,6 +100,19 @@ TEST(CurrencyToSqlText, IsExactWithPointAndNoTrailingZeros) {
   EXPECT_EQ(CurrencyToSqlText(*Currency::Parse("1234.50")), "1234.5");
   EXPECT_EQ(CurrencyToSqlText(*Currency::Parse("-0.0001")), "-0.0001");
   EXPECT_EQ(CurrencyToSqlText(Currency()), "0");
+}
+
+TEST(BooleanToSqlText, IsTrueOrFalseWhateverTheLocale) {
+  EXPECT_STREQ(BooleanToSqlText(true), "True");
+  EXPECT_STREQ(BooleanToSqlText(false), "False");
+}
+
+TEST(AppendAssignment, JoinsAssignmentsWithCommaAndBlank) {
+  std::string set;
+  AppendAssignment(set, "Amount = 5");
+  EXPECT_EQ(set, "Amount = 5");
+  AppendAssignment(set, "TaxID = NULL");
+  EXPECT_EQ(set, "Amount = 5, TaxID = NULL");
 }
 
 }  // namespace
