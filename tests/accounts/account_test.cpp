@@ -305,6 +305,18 @@ TEST_F(AccountTest, AnUpdatedClassRootHoldsParentIDZero) {
   EXPECT_EQ(CLng(parent), 0);
 }
 
+// Deliberate: the general ledger root selects the rows whose ParentID is Null,
+// so a class root that has been updated (ParentID 0) drops out of its children.
+TEST_F(AccountTest, AnUpdatedClassRootIsNoLongerAChildOfTheGeneralLedgerRoot) {
+  ASSERT_EQ(Fresh(0)->Children().size(), 2u);
+  auto root = Fresh(RootA());
+  root->Name(Variant("Bilanz neu"));
+  root->Update();
+  auto children = Fresh(0)->Children();
+  ASSERT_EQ(children.size(), 1u);
+  EXPECT_EQ(CStr(children[0]->Code()), "B");
+}
+
 TEST_F(AccountTest, AStoreErrorReachesTheCallerWithItsNumberAndTheTransactionIsRolledBack) {
   Account account;
   account.SetParentID(assets_);

@@ -83,6 +83,10 @@ TEST_F(AccountTreeTest, CheckDestinationOfADetailWithinItsMasterPasses) {
   const int32_t d2 = InsertDetail(m1, m1, "D2");
   Load(d1)->CheckDestination(*Load(d2));
   Load(d2)->CheckDestination(*Load(m1));
+  auto moved = Load(d2);
+  moved->Tags("verschoben");
+  moved->Move(d1);
+  EXPECT_EQ(StoredParent(d2), d1);
 }
 
 TEST_F(AccountTreeTest, CheckDestinationOfAMasterToASumUnderBRaises1012) {
@@ -94,12 +98,24 @@ TEST_F(AccountTreeTest, CheckDestinationOfAMasterToASumUnderBRaises1012) {
 TEST_F(AccountTreeTest, CheckDestinationOfAMasterToASumUnderAPasses) {
   const int32_t master = InsertMaster(InsertSum(assets_, "11", "Forderungen"), "1100");
   Load(master)->CheckDestination(*Load(assets_));
+  auto moved = Load(master);
+  moved->Tags("verschoben");
+  moved->Move(assets_);
+  EXPECT_EQ(StoredParent(master), assets_);
 }
 
 TEST_F(AccountTreeTest, CheckDestinationOfASumOfAToASumOfBRaises1013) {
   const int32_t sum = InsertSum(assets_, "10", "Flüssige Mittel");
   EXPECT_EQ(Describe(ErrorOf([&] { Load(sum)->CheckDestination(*Load(income_)); })),
             ExpectedMessage(1013, "Account or sum can't be moved to different class."));
+}
+
+// The general ledger root reads as a sum of class 0, so no sum of a class root may move there.
+TEST_F(AccountTreeTest, ASumMovedToTheGeneralLedgerRootRaises1013) {
+  const int32_t sum = InsertSum(assets_, "10", "Flüssige Mittel");
+  EXPECT_EQ(Describe(ErrorOf([&] { Load(sum)->Move(0); })),
+            ExpectedMessage(1013, "Account or sum can't be moved to different class."));
+  EXPECT_EQ(StoredParent(sum), assets_);
 }
 
 TEST_F(AccountTreeTest, CheckDestinationIntoAPlainAccountRaises1012) {

@@ -18,6 +18,10 @@ TEST_F(ClassRootsTest, TheBalanceSheetRootIsClassOneAndADebitSum) {
   EXPECT_TRUE(CBool(Scalar("SELECT IsSum" + where, "IsSum")));
   EXPECT_TRUE(Scalar("SELECT ParentID" + where, "ParentID").IsNull());
   EXPECT_EQ(CLng(Scalar("SELECT ReferenceNr" + where, "ReferenceNr")), 0);
+  EXPECT_EQ(CLng(Scalar("SELECT Position" + where, "Position")), 1);
+  EXPECT_TRUE(CBool(Scalar("SELECT IsGeneralLedger" + where, "IsGeneralLedger")));
+  EXPECT_EQ(CStr(Scalar("SELECT CreatedBy" + where, "CreatedBy")), "System");
+  EXPECT_FALSE(Scalar("SELECT CreateDate" + where, "CreateDate").IsNull());
 }
 
 TEST_F(ClassRootsTest, TheIncomeStatementRootIsClassTwoAndACreditSum) {
@@ -25,7 +29,13 @@ TEST_F(ClassRootsTest, TheIncomeStatementRootIsClassTwoAndACreditSum) {
   EXPECT_EQ(CLng(Scalar("SELECT Class" + where, "Class")), 2);
   EXPECT_EQ(CStr(Scalar("SELECT Name" + where, "Name")), "Erfolgsrechnung");
   EXPECT_FALSE(CBool(Scalar("SELECT IsDebit" + where, "IsDebit")));
+  EXPECT_TRUE(CBool(Scalar("SELECT IsSum" + where, "IsSum")));
   EXPECT_TRUE(Scalar("SELECT ParentID" + where, "ParentID").IsNull());
+  // Both roots hold ReferenceNr 0, the second one too.
+  EXPECT_EQ(CLng(Scalar("SELECT ReferenceNr" + where, "ReferenceNr")), 0);
+  EXPECT_EQ(CLng(Scalar("SELECT Position" + where, "Position")), 2);
+  EXPECT_TRUE(CBool(Scalar("SELECT IsGeneralLedger" + where, "IsGeneralLedger")));
+  EXPECT_EQ(CStr(Scalar("SELECT CreatedBy" + where, "CreatedBy")), "System");
 }
 
 TEST_F(ClassRootsTest, RowsWrittenThroughTheFixtureInheritTheClassOfTheirParent) {
