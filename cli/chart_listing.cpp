@@ -48,12 +48,17 @@ std::string KindName(int16_t kind) {
   }
 }
 
-OleDate ParseIsoDate(const std::string& text, const std::string& option) {
+std::optional<OleDate> ReadIsoDate(const std::string& text) {
   static const std::regex kIsoDate(R"(\d{4}-\d{2}-\d{2})");
-  if (!std::regex_match(text, kIsoDate) || !IsDate(Variant(text))) {
-    throw Error(kErrInvalidCall, kAppTitle, option + " takes a date as yyyy-mm-dd, not '" + text + "'.");
-  }
+  if (!std::regex_match(text, kIsoDate) || !IsDate(Variant(text))) return std::nullopt;
   return CDate(Variant(text));
+}
+
+OleDate ParseIsoDate(const std::string& text, const std::string& option) {
+  const std::optional<OleDate> date = ReadIsoDate(text);
+  if (!date)
+    throw Error(kErrInvalidCall, kAppTitle, option + " takes a date as yyyy-mm-dd, not '" + text + "'.");
+  return *date;
 }
 
 TableOutput ChartListing(Accounts& accounts, const std::optional<OleDate>& at_date) {

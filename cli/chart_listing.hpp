@@ -21,6 +21,8 @@ TableOutput ChartListing(Accounts& accounts, const std::optional<OleDate>& at_da
 // The word for an account's Kind: "Sum", "Account", "Master" or "Detail".
 std::string KindName(int16_t kind);
 
+// A date given as yyyy-mm-dd; nothing for any other text or a day that does not exist.
+std::optional<OleDate> ReadIsoDate(const std::string& text);
 // A date given as yyyy-mm-dd; anything else is an ldg::Error naming the option.
 OleDate ParseIsoDate(const std::string& text, const std::string& option);
 

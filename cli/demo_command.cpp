@@ -1,8 +1,8 @@
 // ldg demo [DIR]: makes the year file of a demo company, a small Zurich
 // trustee firm, in DIR (the current folder by default), with its chart of
-// accounts and opening balances, and shows what the engine knows about it. It
-// grows with the engine: a quarter's bookings and the trial balance join as
-// they land. A file of an earlier run is replaced, so every run gives the same.
+// accounts and opening balances, shows what the engine knows about it, posts
+// the first quarter's book entries and shows the trial balance at its end. A
+// file of an earlier run is replaced, so every run gives the same.
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
@@ -12,6 +12,8 @@
 #include "cli/chart_listing.hpp"
 #include "cli/command.hpp"
 #include "cli/demo_chart.hpp"
+#include "cli/demo_quarter.hpp"
+#include "cli/trial_balance.hpp"
 #include "cli/year_file_summary.hpp"
 #include "engine/engine.hpp"
 #include "engine/options.hpp"
@@ -44,6 +46,11 @@ void RunDemo(const std::string& folder) {
   YearFileSummary(engine).Print(std::cout, OutputFormat::kText);
   std::cout << "\nChart of accounts with opening balances:\n\n";
   ChartListing(*engine.Accounts()).Print(std::cout, OutputFormat::kText);
+
+  const int32_t posted = PostDemoQuarter(engine);
+  std::cout << "\nFirst quarter: " << posted << " book entries posted.\n";
+  std::cout << "\nTrial balance at 31.03.2026:\n\n";
+  TrialBalance(engine, OleDate::FromYmd(2026, 3, 31)).Print(std::cout, OutputFormat::kText);
   engine.Tini();
 }
 

@@ -20,10 +20,16 @@ class DemoCommandTest : public InstalledTemplateTest {
  protected:
   std::string DemoFile() const { return PathOf("demo") + "/muster-treuhand-2026.qdb6f"; }
   std::string RunDemo() { return testing::RunLdg({"demo", PathOf("demo")}); }
-  // What the demo printed from its chart's heading on.
+  // What the demo printed from its chart's heading to the quarter's bookings.
   static std::string ChartPart(const std::string& out) {
     const auto heading = out.find("Chart of accounts with opening balances:\n\n");
-    return heading == std::string::npos ? std::string() : out.substr(heading);
+    const auto quarter = out.find("\nFirst quarter: ");
+    return heading == std::string::npos ? std::string() : out.substr(heading, quarter - heading);
+  }
+  // What the demo printed from the quarter's bookings on.
+  static std::string QuarterPart(const std::string& out) {
+    const auto quarter = out.find("First quarter: ");
+    return quarter == std::string::npos ? std::string() : out.substr(quarter);
   }
   // A value read from the demo's file on a connection of its own.
   Variant DemoScalar(const std::string& sql, const std::string& column) {
@@ -117,7 +123,7 @@ TEST_F(DemoCommandTest, TheCustomersAreDetailsOfAMasterThatHoldsTheirTotal) {
             3);
   EXPECT_EQ(
       CCur(DemoScalar("SELECT ChildrensBalance FROM Accounts WHERE Code = '1100';", "ChildrensBalance")),
-      Currency::FromRaw(1400000 * 100));
+      Currency::FromRaw(756700 * 100));  // the openings of 14'000.00 after the quarter's bookings
 }
 
 TEST_F(DemoCommandTest, ASecondRunReplacesTheFileAndShowsTheSameChart) {
@@ -126,6 +132,59 @@ TEST_F(DemoCommandTest, ASecondRunReplacesTheFileAndShowsTheSameChart) {
   ASSERT_FALSE(first.empty());
   EXPECT_EQ(second, first);
   EXPECT_EQ(CLng(DemoScalar("SELECT Count(*) AS N FROM Accounts;", "N")), 41);
+  EXPECT_EQ(CLng(DemoScalar("SELECT Count(*) AS N FROM BookEntries;", "N")), 26);
+}
+
+TEST_F(DemoCommandTest, PostsTheFirstQuarterAndShowsTheTrialBalanceAtItsEnd) {
+  EXPECT_EQ(QuarterPart(RunDemo()),
+            "First quarter: 26 book entries posted.\n"
+            "\n"
+            "Trial balance at 31.03.2026:\n"
+            "\n"
+            "Code   Name                                       Debit      Credit\n"
+            "-----  ------------------------------------  ----------  ----------\n"
+            "1000   Kasse                                   2'814.60\n"
+            "1020   Bank                                   52'701.40\n"
+            "11001  Bäckerei Brunner GmbH                   3'243.00\n"
+            "11002  Garage Keller AG                        2'702.50\n"
+            "11003  Praxis Dr. Meier                        1'621.50\n"
+            "1170   Vorsteuer MWST                          1'584.60\n"
+            "1200   Vorräte                                12'000.00\n"
+            "1500   Maschinen und Apparate                 18'000.00\n"
+            "1520   Büromobiliar                            9'500.00\n"
+            "1530   Fahrzeuge                              30'000.00\n"
+            "20001  Papeterie am Limmatquai AG                          1'297.20\n"
+            "20002  Elektro Huber AG\n"
+            "2200   Geschuldete MWST                                    7'614.90\n"
+            "2450   Darlehen                                           40'000.00\n"
+            "2800   Aktienkapital                                     100'000.00\n"
+            "2900   Gewinnvortrag                                      22'000.00\n"
+            "3200   Handelserlöse                                       4'500.00\n"
+            "3400   Dienstleistungserlöse                               9'500.00\n"
+            "4200   Einkauf Handelswaren                    4'200.00\n"
+            "5000   Lohnaufwand                            33'600.00\n"
+            "5700   Sozialversicherungsaufwand AHV/IV/EO    3'528.00\n"
+            "6000   Raumaufwand                             7'200.00\n"
+            "6500   Verwaltungsaufwand                        216.50\n"
+            "6800   Abschreibungen                          2'000.00\n"
+            "8500   Ausserordentlicher Aufwand\n"
+            "8510   Ausserordentlicher Ertrag\n"
+            "       Total                                 184'912.10  184'912.10\n");
+}
+
+TEST_F(DemoCommandTest, TheQuarterIsStoredWithItsLinesDocumentsAndBalances) {
+  RunDemo();
+  EXPECT_EQ(CLng(DemoScalar("SELECT Count(*) AS N FROM BookEntries;", "N")), 26);
+  EXPECT_EQ(CLng(DemoScalar("SELECT Count(*) AS N FROM Movements;", "N")), 60);
+  EXPECT_EQ(CCur(DemoScalar("SELECT Sum(Amount) AS Total FROM Movements;", "Total")), Currency());
+  EXPECT_EQ(CStr(DemoScalar("SELECT Max(DocumentID) AS Last FROM BookEntries;", "Last")), "00000000000026");
+  EXPECT_EQ(CCur(DemoScalar("SELECT Balance FROM Accounts WHERE Code = '1020';", "Balance")),
+            Currency::FromRaw(5270140 * 100));
+  EXPECT_EQ(
+      CStr(DemoScalar("SELECT Text FROM Movements WHERE Amount = -2000.0 AND AccountID = (SELECT ID FROM "
+                      "Accounts WHERE Code = '1530');",
+                      "Text")),
+      "Abschreibung Fahrzeuge 1. Quartal");
 }
 
 }  // namespace
