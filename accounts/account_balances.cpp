@@ -5,7 +5,11 @@
 #include <cmath>
 #include <ctime>
 #include <exception>
+#include <map>
+#include <optional>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "accounts/account.hpp"
 #include "accounts/account_handles.hpp"
@@ -96,6 +100,107 @@ bool IsListLastChecked(const Variant& journals_to_exclude) {
   } catch (const Error&) {
     return false;
   }
+}
+
+// The statement of the dated view's sums for the arguments of CreateViews, ""
+// when neither is given (the plain view).
+std::string DatedSumsStatement(const Variant& at_date, const Variant& journals_to_exclude) {
+  if (at_date.IsEmpty() && journals_to_exclude.IsEmpty()) return "";
+  std::string conditions;
+  if (!at_date.IsEmpty() && IsDate(at_date)) conditions = "(BookEntries.Date)<=" + CStr(DateLiteral(at_date));
+  if (IsGivenText(journals_to_exclude)) {
+    if (!conditions.empty()) conditions += " AND ";
+    // The list goes in as it stands: here the ids are separated by commas.
+    conditions += "(BookEntries.JournalID) Not In (" + CStr(journals_to_exclude) + ")";
+  }
+  return "SELECT Movements.AccountID, Sum(Movements.Amount) AS [SumOfAmount]"
+         " FROM BookEntries INNER JOIN Movements ON BookEntries.ID = Movements.EntryID"
+         " WHERE (" +
+         conditions + ") GROUP BY Movements.AccountID;";
+}
+
+// Opens the shared balance view: viewAccountsRecursive, or with dated sums
+// from a new scratch query joined to it.
+void OpenBalanceView(AccountHandles& handles, const std::string& sums) {
+  store::Database& database = CurrentDatabase();
+  if (sums.empty()) {
+    handles.balance_view_query = database.QueryDefs().Item("viewAccountsRecursive");
+    handles.balance_view_is_plain = true;
+  } else {
+    const std::string name = ScratchQueryName();
+    database.CreateQueryDef(name, sums);
+    handles.temp_query_name = name;
+    handles.balance_view_query =
+        database.CreateQueryDef("", "SELECT viewAccountsRecursive.*, " + name + ".[SumOfAmount]" +
+                                        " FROM viewAccountsRecursive LEFT JOIN " + name +
+                                        " ON viewAccountsRecursive.Accounts_1.ID = " + name + ".AccountID;");
+    handles.balance_view_is_plain = false;
+  }
+  handles.balance_view = handles.balance_view_query->OpenRecordset(store::dbOpenSnapshot);
+}
+
+// The day the dated view counts movements up to, when it was built for a whole
+// day and leaves no journal out.
+std::optional<OleDate> ThroughDay(const Variant& at_date, const Variant& journals_to_exclude) {
+  if (at_date.IsEmpty() || !IsDate(at_date) || IsGivenText(journals_to_exclude)) return std::nullopt;
+  const OleDate day = CDate(at_date);
+  if (day.Serial() != std::floor(day.Serial())) return std::nullopt;
+  return day;
+}
+
+// The movements dated on the day, summed per account, read again only when
+// something was written since.
+const std::map<int32_t, Currency>& DaySums(AccountHandles& handles, OleDate day) {
+  if (handles.day_movements && handles.day_movements->RowsCurrent()) return handles.day_sums;
+  if (handles.day_movements) {
+    handles.day_movements->Requery();
+  } else {
+    handles.day_movements = CurrentDatabase().OpenRecordset(
+        "SELECT Movements.AccountID, Movements.Amount FROM BookEntries INNER JOIN Movements ON "
+        "BookEntries.ID = Movements.EntryID WHERE BookEntries.Date=" +
+            CStr(DateLiteral(Variant(day))) + ";",
+        store::dbOpenSnapshot);
+  }
+  handles.day_sums.clear();
+  store::Recordset& rows = *handles.day_movements;
+  for (; !rows.Eof(); rows.MoveNext()) {
+    const Variant amount = rows.Value("Amount");
+    if (!amount.IsNull()) handles.day_sums[ReadLong(rows, "AccountID")] += CCur(amount);
+  }
+  return handles.day_sums;
+}
+
+// A plain account's sum of movements before the day, from the shared dated
+// view when it counts up to and including that day, leaves no journal out and
+// nothing was written since it read its rows: the account's sum there less the
+// movements of the day itself. Empty when the view can't tell.
+Variant SumBeforeFromDatedView(int32_t account_id, OleDate day) {
+  AccountHandles& handles = SharedAccountHandles();
+  if (!handles.balance_view || handles.balance_view_through != day || !handles.balance_view->RowsCurrent()) {
+    return Variant();
+  }
+  store::Recordset& view = *handles.balance_view;
+  view.FindFirst("Accounts_1.ID=" + std::to_string(account_id));
+  if (view.NoMatch()) return Variant();
+  const Variant through = view.Value("SumOfAmount");
+  const Currency sum = through.IsNull() ? Currency() : CCur(through);
+  const std::map<int32_t, Currency>& day_sums = DaySums(handles, day);
+  const auto on_the_day = day_sums.find(account_id);
+  return Variant(on_the_day == day_sums.end() ? sum : sum - on_the_day->second);
+}
+
+// The sums of viewBalanceAtDate for the account before the day: 0 and 0 when
+// it gives no row, otherwise its fields as they stand.
+std::pair<Variant, Variant> ViewQuerySums(int32_t account_id, OleDate day) {
+  auto& query = SharedAccountHandles().balance_at_date;
+  if (!query) RaiseRuntime(kErrObjectNotSet);
+  query->Parameters().Item("AccountID").Value(Variant(account_id));
+  query->Parameters().Item("Date").Value(Variant(day));
+  std::unique_ptr<store::Recordset> rows = query->OpenRecordset(store::dbOpenSnapshot);
+  std::pair<Variant, Variant> sums{Variant(Currency()), Variant(Currency())};
+  if (!rows->Eof()) sums = {rows->Value("SumOfAmount"), rows->Value("SumOfFCAmount")};
+  rows->Close();
+  return sums;
 }
 
 }  // namespace
@@ -237,37 +342,26 @@ void Account::CreateViews(const Variant& at_date, const Variant& journals_to_exc
     handles.balance_view->Requery();
     return;
   }
-  handles.ReleaseBalanceView();
   views_date_ = at_date;
   views_journals_ = journals_to_exclude;
-  store::Database& database = CurrentDatabase();
-  if (!at_date.IsEmpty() || !journals_to_exclude.IsEmpty()) {
-    std::string conditions;
-    if (!at_date.IsEmpty() && IsDate(at_date))
-      conditions = "(BookEntries.Date)<=" + CStr(DateLiteral(at_date));
-    if (IsGivenText(journals_to_exclude)) {
-      if (!conditions.empty()) conditions += " AND ";
-      // The list goes in as it stands: here the ids are separated by commas.
-      conditions += "(BookEntries.JournalID) Not In (" + CStr(journals_to_exclude) + ")";
-    }
-    const std::string sums =
-        "SELECT Movements.AccountID, Sum(Movements.Amount) AS [SumOfAmount]"
-        " FROM BookEntries INNER JOIN Movements ON BookEntries.ID = Movements.EntryID"
-        " WHERE (" +
-        conditions + ") GROUP BY Movements.AccountID;";
-    const std::string name = ScratchQueryName();
-    database.CreateQueryDef(name, sums);
-    handles.temp_query_name = name;
-    handles.balance_view_query =
-        database.CreateQueryDef("", "SELECT viewAccountsRecursive.*, " + name + ".[SumOfAmount]" +
-                                        " FROM viewAccountsRecursive LEFT JOIN " + name +
-                                        " ON viewAccountsRecursive.Accounts_1.ID = " + name + ".AccountID;");
-    handles.balance_view_is_plain = false;
-  } else {
-    handles.balance_view_query = database.QueryDefs().Item("viewAccountsRecursive");
-    handles.balance_view_is_plain = true;
+  std::string sums;
+  try {
+    sums = DatedSumsStatement(at_date, journals_to_exclude);
+  } catch (const Error&) {
+    handles.ReleaseBalanceView();
+    throw;
   }
-  handles.balance_view = handles.balance_view_query->OpenRecordset(store::dbOpenSnapshot);
+  // Built already for the same arguments, by this object or another: a new
+  // build would read the same rows, and the requery reads them only when
+  // something was written since.
+  if (handles.balance_view && handles.balance_view_sums == sums) {
+    handles.balance_view->Requery();
+    return;
+  }
+  handles.ReleaseBalanceView();
+  OpenBalanceView(handles, sums);
+  handles.balance_view_sums = sums;
+  handles.balance_view_through = ThroughDay(at_date, journals_to_exclude);
 }
 
 void Account::ValidateAtDate(OleDate at_date) const {
@@ -318,6 +412,7 @@ Currency Account::FCBalanceAtDate(OleDate at_date, const Variant& journals_to_ex
     date_asked_ = at_date;
     RunListQuery();
   }
+  if (sum_of_fc_amount_.IsEmpty()) sum_of_fc_amount_ = ViewQuerySums(current_.id, date_asked_).second;
   return current_.fc_opening_balance + CCur(sum_of_fc_amount_);
 }
 
@@ -327,19 +422,14 @@ void Account::RunViewQuery() {
     sum_of_fc_amount_ = Variant(Currency());
     return;
   }
-  auto& query = SharedAccountHandles().balance_at_date;
-  if (!query) RaiseRuntime(kErrObjectNotSet);
-  query->Parameters().Item("AccountID").Value(Variant(current_.id));
-  query->Parameters().Item("Date").Value(Variant(date_asked_));
-  std::unique_ptr<store::Recordset> rows = query->OpenRecordset(store::dbOpenSnapshot);
-  if (rows->Eof()) {
-    sum_of_amount_ = Variant(Currency());
-    sum_of_fc_amount_ = Variant(Currency());
-  } else {
-    sum_of_amount_ = rows->Value("SumOfAmount");
-    sum_of_fc_amount_ = rows->Value("SumOfFCAmount");
+  const Variant from_view = SumBeforeFromDatedView(current_.id, date_asked_);
+  if (!from_view.IsEmpty()) {
+    // The view has no foreign amounts: FCBalanceAtDate fetches them when asked.
+    sum_of_amount_ = from_view;
+    sum_of_fc_amount_ = Variant();
+    return;
   }
-  rows->Close();
+  std::tie(sum_of_amount_, sum_of_fc_amount_) = ViewQuerySums(current_.id, date_asked_);
 }
 
 void Account::ParseJournalList(const Variant& journals_to_exclude) {

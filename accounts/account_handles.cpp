@@ -55,6 +55,10 @@ void AccountHandles::ReleaseBalanceView() {
   CloseAndDrop(balance_view);
   balance_view_query.reset();
   balance_view_is_plain = true;
+  balance_view_sums.reset();
+  balance_view_through.reset();
+  CloseAndDrop(day_movements);
+  day_sums.clear();
   if (temp_query_name.empty()) return;
   const std::string name = temp_query_name;
   temp_query_name.clear();

@@ -5,11 +5,16 @@
 // the next call into the accounts classes.
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "store/query_def.hpp"
 #include "store/recordset.hpp"
+#include "support/currency.hpp"
+#include "support/ole_date.hpp"
 
 namespace ldg {
 
@@ -31,6 +36,17 @@ struct AccountHandles {
   bool balance_view_is_plain = true;
   // Name of the scratch query of the dated view, "" when there is none.
   std::string temp_query_name;
+  // The date and journal list balance_view was built for, as the statement of
+  // its dated sums ("" for the plain view); none when not known. An object
+  // asking for the same reuses the view instead of building it again.
+  std::optional<std::string> balance_view_sums;
+  // The day up to which the dated view counts movements when it leaves no
+  // journal out; none otherwise. A plain account asked for that day takes its
+  // sum from the view, less the movements of the day itself.
+  std::optional<OleDate> balance_view_through;
+  // The movements dated on that day, and their sums per account ID.
+  std::unique_ptr<store::Recordset> day_movements;
+  std::map<int32_t, Currency> day_sums;
   // The journal list last used by BalanceAtDate.
   std::string last_journal_list;
 

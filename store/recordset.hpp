@@ -86,6 +86,9 @@ class Recordset : public Record {
   virtual int EditMode() const = 0;
 
   virtual void Requery() = 0;
+  // Whether Requery would read the same rows again: a snapshot over files that
+  // nothing was written to since it read them. False when it can't tell.
+  virtual bool RowsCurrent() { return false; }
   virtual std::unique_ptr<Recordset> Clone() const = 0;
   virtual void Close() = 0;
 };

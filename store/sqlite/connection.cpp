@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 
 #include "store/jet/jet_error.hpp"
 #include "store/sqlite/catalog.hpp"
@@ -94,6 +95,28 @@ bool Connection::Step(sqlite3_stmt* statement) {
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   Raise(code);
+}
+
+std::vector<uint64_t> Connection::ContentMark() const {
+  std::vector<uint64_t> mark{write_count_};
+  for (const auto& [alias, file] : files_) {
+    unsigned int version = 0;
+    sqlite3_file_control(db_, alias.c_str(), SQLITE_FCNTL_DATA_VERSION, &version);
+    mark.push_back(std::hash<std::string>{}(alias));
+    mark.push_back(version);
+  }
+  return mark;
+}
+
+std::vector<uint64_t> Connection::FreshContentMark() {
+  // Starting a read makes SQLite check each file for commits of others since
+  // its last read; their data versions then show them.
+  for (const auto& [alias, file] : files_) {
+    StatementUse use(Prepare("PRAGMA " + alias + ".data_version"));
+    while (Step(use)) {
+    }
+  }
+  return ContentMark();
 }
 
 void Connection::Raise(int code) const {

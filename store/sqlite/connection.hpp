@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -56,6 +57,13 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void NoteWrite() { ++write_count_; }
   // Counts rollbacks; a catalog reloads when it changed.
   uint64_t RollbackCount() const { return rollback_count_; }
+
+  // A mark of what the attached files hold as this connection last read them:
+  // its own write count and each file's data version, which a commit moves.
+  // Equal marks mean the same rows. FreshContentMark first starts a read of
+  // each file, so that commits of other connections since then show.
+  std::vector<uint64_t> ContentMark() const;
+  std::vector<uint64_t> FreshContentMark();
 
   // Attaches a file (or finds it attached already) and gives its catalog.
   // A missing file fails with 3024, a file of another kind with 3343. With

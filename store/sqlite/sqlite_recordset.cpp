@@ -98,6 +98,8 @@ class SqliteRecordset final : public Recordset {
 
   void OpenTable();
   void OpenRows();
+  // To the first row of the rows held.
+  void Rewind();
   std::unique_ptr<SqliteRecordset> CloneFrom() const;
 
   // Recordset
@@ -144,6 +146,7 @@ class SqliteRecordset final : public Recordset {
   void Delete() override;
   int EditMode() const override { return edit_mode_; }
   void Requery() override;
+  bool RowsCurrent() override { return mode_ == Mode::kSnapshot && rows_mark_ == Conn().FreshContentMark(); }
   std::unique_ptr<Recordset> Clone() const override { return CloneFrom(); }
   void Close() override {}
 
@@ -224,6 +227,8 @@ class SqliteRecordset final : public Recordset {
 
   // dynaset and snapshot
   std::shared_ptr<RowSet> rows_;
+  // What the files held when a snapshot read its rows (Connection::ContentMark).
+  std::vector<uint64_t> rows_mark_;
   size_t pos_ = 0;
   size_t reached_ = 0;
 };
@@ -366,6 +371,11 @@ void SqliteRecordset::OpenRows() {
   rows->deleted.assign(rows->Count(), 0);
   rows->live = rows->Count();
   rows_ = std::move(rows);
+  if (mode_ == Mode::kSnapshot) rows_mark_ = c.ContentMark();
+  Rewind();
+}
+
+void SqliteRecordset::Rewind() {
   pos_ = 0;
   reached_ = rows_->Count() ? 1 : 0;
   where_ = rows_->Count() ? Where::kOnRow : Where::kAfterLast;
@@ -1052,6 +1062,9 @@ void SqliteRecordset::Delete() {
 void SqliteRecordset::Requery() {
   if (edit_mode_) CancelUpdate();
   if (mode_ == Mode::kTable) return TableFirst(true, false);
+  // A snapshot can't change its rows, and its statement reads the same rows
+  // again while nothing was written to the files since: keep them.
+  if (RowsCurrent()) return Rewind();
   OpenRows();
 }
 

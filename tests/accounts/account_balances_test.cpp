@@ -6,8 +6,10 @@
 #include <string>
 
 #include "accounts/account.hpp"
+#include "accounts/recalc_balances.hpp"
 #include "engine/engine_state.hpp"
 #include "store/database.hpp"
+#include "store/workspace.hpp"
 #include "tests/accounts/balance_fixture.hpp"
 
 namespace ldg {
@@ -427,6 +429,16 @@ TEST_F(AccountBalancesTest, AListWithAWordThatIsNoNumberRaises1162) {
             ExpectedMessage(1162, kBadList));
 }
 
+// An account splits its list at semicolons: a list with commas is one word,
+// which names no journal, while a sum takes the same text as it stands.
+TEST_F(AccountBalancesTest, AnAccountWithACommaListRaises1162) {
+  AddJournal("Zwei");
+  AddJournal("Drei");
+  auto account = Load(InsertPlain(InsertSum(RootA(), "1", "Aktiven"), "1000"));
+  EXPECT_EQ(Describe(ErrorOf([&] { account->BalanceAtDate(Date(2026, 5, 1), Variant("1,3")); })),
+            ExpectedMessage(1162, kBadList));
+}
+
 TEST_F(AccountBalancesTest, ANullListRaises1162) {
   auto account = Load(InsertPlain(InsertSum(RootA(), "1", "Aktiven"), "1000"));
   EXPECT_EQ(Describe(ErrorOf([&] { account->BalanceAtDate(Date(2026, 5, 1), Variant::Null()); })),
@@ -498,6 +510,182 @@ TEST_F(AccountBalancesTest, AListAskedAgainOnAnotherObjectIsNotCheckedAgainButSt
   EXPECT_EQ(Load(cash)->BalanceAtDate(Date(2026, 3, 1), list), Amount("10"));
   EXPECT_EQ(Handles().last_journal_list, std::to_string(j2));
   EXPECT_EQ(Load(bank)->BalanceAtDate(Date(2026, 3, 1), list), Amount("30"));
+}
+
+// ---------------------------------------------------------------- the shared dated view
+
+class SharedDatedViewTest : public BalanceTest {
+ protected:
+  void SetUp() override {
+    BalanceTest::SetUp();
+    assets_ = InsertSum(RootA(), "1", "Aktiven");
+    cash_ = InsertPlain(InsertSum(assets_, "10", "Flüssige Mittel"), "1000", Amount("300"), Amount("600"));
+    bank_ = InsertPlain(assets_, "1020", Amount("50"), Amount("50"));
+    InsertMovementOn(1, Date(2026, 2, 1), cash_, Amount("100"));
+    InsertMovementOn(1, Date(2026, 8, 1), cash_, Amount("200"));
+  }
+
+  // From here on any use of viewBalanceAtDate fails.
+  void BreakViewQuery() {
+    saved_query_ = Handles().balance_at_date;
+    Handles().balance_at_date = Db().CreateQueryDef(
+        "", "PARAMETERS AccountID Long, [Date] DateTime; SELECT NoSuchColumn FROM NoSuchTable;");
+  }
+  void RestoreViewQuery() { Handles().balance_at_date = saved_query_; }
+
+  int32_t assets_ = 0;
+  int32_t cash_ = 0;
+  int32_t bank_ = 0;
+  std::shared_ptr<store::QueryDef> saved_query_;
+};
+
+TEST_F(SharedDatedViewTest, AFreshObjectAskingTheSameDateReusesTheViewAnotherBuilt) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  const std::string name = Handles().temp_query_name;
+  const store::Recordset* view = Handles().balance_view.get();
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  EXPECT_EQ(Handles().temp_query_name, name);
+  EXPECT_EQ(Handles().balance_view.get(), view);
+  EXPECT_TRUE(Db().QueryDefs().Contains(name));
+}
+
+TEST_F(SharedDatedViewTest, AMovementWrittenBetweenTwoCallsIsSeenByTheReusedView) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  const std::string name = Handles().temp_query_name;
+  InsertMovementOn(1, Date(2026, 2, 15), bank_, Amount("7"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("457"));
+  EXPECT_EQ(Handles().temp_query_name, name);
+  // The same object asked again requeries as well.
+  auto sum = Load(assets_);
+  EXPECT_EQ(sum->BalanceAtDate(Date(2026, 3, 1)), Amount("457"));
+  InsertMovementOn(1, Date(2026, 1, 5), cash_, Amount("-20"));
+  EXPECT_EQ(sum->BalanceAtDate(Date(2026, 3, 1)), Amount("437"));
+}
+
+TEST_F(SharedDatedViewTest, AChangedAmountBetweenTwoCallsIsSeen) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  Db().Execute("UPDATE Movements SET Amount = 1 WHERE AccountID = " + std::to_string(cash_) + ";");
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("351"));
+}
+
+TEST_F(SharedDatedViewTest, AMovementRolledBackBetweenTwoCallsIsGoneAgain) {
+  State().workspace->BeginTrans();
+  InsertMovementOn(1, Date(2026, 2, 15), bank_, Amount("7"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("457"));
+  State().workspace->Rollback();
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+}
+
+TEST_F(SharedDatedViewTest, AnotherDateBuildsTheViewAgain) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  const std::string name = Handles().temp_query_name;
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 9, 1)), Amount("650"));
+  EXPECT_NE(Handles().temp_query_name, name);
+  EXPECT_FALSE(Db().QueryDefs().Contains(name));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+}
+
+TEST_F(SharedDatedViewTest, AnotherJournalListBuildsTheViewAgain) {
+  const int32_t j2 = AddJournal("Zwei");
+  InsertMovementOn(j2, Date(2026, 2, 1), bank_, Amount("5"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("455"));
+  const std::string name = Handles().temp_query_name;
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1), Variant(std::to_string(j2))), Amount("450"));
+  EXPECT_NE(Handles().temp_query_name, name);
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1), Variant(std::to_string(j2))), Amount("450"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("455"));
+}
+
+// The repair opens the plain tree as the shared view; a dated sum afterwards
+// must not take it for the dated one it had before.
+TEST_F(SharedDatedViewTest, TheViewOfTheRepairIsNotTakenForADatedOne) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  RecalcBalances(true);
+  EXPECT_TRUE(Handles().balance_view_is_plain);
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  EXPECT_FALSE(Handles().balance_view_is_plain);
+}
+
+// A fresh object without arguments compares with its own empty memory, so it
+// still reuses the dated view that is open (deliberate), while one that asks
+// for the plain view after a date builds it.
+TEST_F(SharedDatedViewTest, ThePlainViewIsBuiltOnlyForAnObjectThatHadADate) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  EXPECT_EQ(Load(assets_)->BalanceWithChildrens(), Amount("450"));
+  auto sum = Load(assets_);
+  sum->BalanceAtDate(Date(2026, 3, 1));
+  EXPECT_EQ(sum->BalanceWithChildrens(), Amount("650"));
+  EXPECT_TRUE(Handles().balance_view_is_plain);
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+}
+
+// ---------------------------------------------------------------- plain accounts from the dated view
+
+TEST_F(SharedDatedViewTest, APlainAccountAtTheDayOfTheViewTakesItsSumFromTheView) {
+  InsertMovementOn(1, Date(2026, 3, 1), cash_, Amount("4"), Amount("3"));
+  InsertMovementOn(1, Date(2026, 2, 1), cash_, Amount("1"), Amount("2"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("455"));
+  BreakViewQuery();
+  auto cash = Load(cash_);
+  // The movement of the day itself is left out, as the query leaves it out.
+  EXPECT_EQ(cash->BalanceAtDate(Date(2026, 3, 1)), Amount("401"));
+  EXPECT_EQ(Load(bank_)->BalanceAtDate(Date(2026, 3, 1)), Amount("50"));
+  // The view has no foreign amounts: those come from the query.
+  EXPECT_NE(ErrorOf([&] { cash->FCBalanceAtDate(Date(2026, 3, 1)); }).Number(), 0);
+  RestoreViewQuery();
+  EXPECT_EQ(cash->FCBalanceAtDate(Date(2026, 3, 1)), Amount("2"));
+  EXPECT_EQ(cash->BalanceAtDate(Date(2026, 3, 1)), Amount("401"));
+}
+
+TEST_F(SharedDatedViewTest, AnotherDayThanTheViewsGoesToTheQuery) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  BreakViewQuery();
+  EXPECT_NE(ErrorOf([&] { Load(cash_)->BalanceAtDate(Date(2026, 3, 2)); }).Number(), 0);
+  RestoreViewQuery();
+  EXPECT_EQ(Load(cash_)->BalanceAtDate(Date(2026, 3, 2)), Amount("400"));
+}
+
+TEST_F(SharedDatedViewTest, AfterAWriteAPlainAccountGoesToTheQuery) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  InsertMovementOn(1, Date(2026, 2, 3), cash_, Amount("8"));
+  BreakViewQuery();
+  EXPECT_NE(ErrorOf([&] { Load(cash_)->BalanceAtDate(Date(2026, 3, 1)); }).Number(), 0);
+  RestoreViewQuery();
+  EXPECT_EQ(Load(cash_)->BalanceAtDate(Date(2026, 3, 1)), Amount("408"));
+  // A sum asked again reads the view again, and plain accounts take it from there.
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("458"));
+  BreakViewQuery();
+  EXPECT_EQ(Load(cash_)->BalanceAtDate(Date(2026, 3, 1)), Amount("408"));
+  RestoreViewQuery();
+}
+
+TEST_F(SharedDatedViewTest, AMovementOfTheDayWrittenLaterIsLeftOutToo) {
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("450"));
+  EXPECT_EQ(Load(cash_)->BalanceAtDate(Date(2026, 3, 1)), Amount("400"));
+  InsertMovementOn(1, Date(2026, 3, 1), bank_, Amount("9"));
+  InsertMovementOn(1, Date(2026, 2, 28), bank_, Amount("6"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1)), Amount("465"));
+  BreakViewQuery();
+  EXPECT_EQ(Load(bank_)->BalanceAtDate(Date(2026, 3, 1)), Amount("56"));
+  RestoreViewQuery();
+}
+
+TEST_F(SharedDatedViewTest, AViewWithAJournalListIsNotUsedForPlainAccounts) {
+  const int32_t j2 = AddJournal("Zwei");
+  InsertMovementOn(j2, Date(2026, 2, 1), cash_, Amount("5"));
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(Date(2026, 3, 1), Variant(std::to_string(j2))), Amount("450"));
+  BreakViewQuery();
+  EXPECT_NE(ErrorOf([&] { Load(cash_)->BalanceAtDate(Date(2026, 3, 1)); }).Number(), 0);
+  RestoreViewQuery();
+  EXPECT_EQ(Load(cash_)->BalanceAtDate(Date(2026, 3, 1)), Amount("405"));
+}
+
+TEST_F(SharedDatedViewTest, AViewAskedAtATimeOfDayIsNotUsedForPlainAccounts) {
+  const OleDate noon(Date(2026, 3, 1).Serial() + 0.5);
+  EXPECT_EQ(Load(assets_)->BalanceAtDate(noon), Amount("450"));
+  BreakViewQuery();
+  EXPECT_NE(ErrorOf([&] { Load(cash_)->BalanceAtDate(Date(2026, 3, 1)); }).Number(), 0);
+  RestoreViewQuery();
 }
 
 }  // namespace

@@ -277,5 +277,45 @@ TEST_F(BalanceAtDateReferenceTest, ASumCountsTheDayItselfWhileItsAccountsStopThe
   EXPECT_EQ(Load(sum)->BalanceAtDate(day, Variant(std::to_string(journals_[1]))), through);
 }
 
+// The whole chart at a date, every account a fresh object as a listing walks
+// it, before and after movements are written and after one is rolled back:
+// objects that share the built view still see every write.
+TEST_F(BalanceAtDateReferenceTest, TheWholeChartFollowsWritesBetweenTwoListings) {
+  const OleDate day = Date(2026, 7, 1);
+  auto expect_chart = [&](const char* when) {
+    for (const auto& [id, node] : nodes_) {
+      const Currency expected =
+          node.is_sum || node.is_master ? TreeSum(id, day, {}, true) : MovedBalance(id, day, false, {});
+      EXPECT_EQ(Load(id)->BalanceAtDate(day), expected) << when << " " << id;
+    }
+  };
+  expect_chart("first");
+  const int32_t cash = IdOf("1000");
+  const int32_t income = IdOf("3200");
+  Book(cash, Date(2026, 3, 3), 1);
+  Book(income, Date(2026, 6, 30), journals_[1]);
+  Book(income, day, 1);
+  expect_chart("after the writes");
+  State().workspace->BeginTrans();
+  InsertMovement(InsertEntry(1, Date(2026, 2, 2)), cash, Currency::FromUnits(1000));
+  EXPECT_EQ(Load(RootA())->BalanceAtDate(day), TreeSum(RootA(), day, {}, true) + Currency::FromUnits(1000));
+  State().workspace->Rollback();
+  expect_chart("after the rollback");
+}
+
+// With a sum's dated view of the day open, plain and detail accounts take their
+// sums from it; on days with movements too they count only the days before.
+TEST_F(BalanceAtDateReferenceTest, PlainAccountsBesideAnOpenDatedViewMatchTheReference) {
+  for (OleDate date : SomeDates(16)) {
+    EXPECT_EQ(Load(RootB())->BalanceAtDate(date), TreeSum(RootB(), date, {}, true)) << date.Serial();
+    for (int32_t id : bookable_) {
+      auto account = Load(id);
+      EXPECT_EQ(account->BalanceAtDate(date), MovedBalance(id, date, false, {}))
+          << id << " " << date.Serial();
+      EXPECT_EQ(account->FCBalanceAtDate(date), MovedFCBalance(id, date, {})) << id << " " << date.Serial();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace ldg
