@@ -10,6 +10,7 @@
 #include "accounts/account_links.hpp"
 #include "accounts/accounts.hpp"
 #include "accounts/subaccounts.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/workspace.hpp"
@@ -28,11 +29,6 @@ constexpr const char* kValidationSource = "ldg(Account validation)";
 
 bool EndsWith(std::string_view text, std::string_view ending) {
   return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
-}
-
-Accounts& CurrentAccounts() {
-  if (State().accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-  return *State().accounts;
 }
 
 // A failed write leaves no edit buffer behind on the shared table.

@@ -238,6 +238,7 @@ class Account : public Object {
   void GuardBalanceChange(int32_t deletion_message) const;
   void PropagateBalance();
   Currency TreeSum();
+  void AskSumsAtDate(OleDate at_date, const Variant& journals_to_exclude);
   void RunViewQuery();
   void ParseJournalList(const Variant& journals_to_exclude);
   void RunListQuery();

@@ -15,6 +15,7 @@
 #include "accounts/account_handles.hpp"
 #include "accounts/account_links.hpp"
 #include "accounts/accounts.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
@@ -39,22 +40,6 @@ constexpr int32_t kMsgYearArchived = 1233;
 constexpr int32_t kMsgMarkedForDeletion = 1234;
 // GuardBalanceChange raises the posting's own German text under 1234 for this.
 constexpr int32_t kPostingText = 0;
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
-
-Accounts& CurrentAccounts() {
-  if (State().accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-  return *State().accounts;
-}
-
-store::Recordset& BalanceView() {
-  auto& view = SharedAccountHandles().balance_view;
-  if (!view) RaiseRuntime(kErrObjectNotSet);
-  return *view;
-}
 
 OleDate YearBeginn() { return CDate(State().year_beginn); }
 OleDate YearEnd() { return CDate(State().year_end); }
@@ -297,7 +282,7 @@ Currency Account::BalanceWithChildrens() {
 }
 
 Currency Account::TreeSum() {
-  store::Recordset& view = BalanceView();
+  store::Recordset& view = SharedBalanceView();
   const bool plain_view = SharedAccountHandles().balance_view_is_plain;
   const std::string criterion = "Accounts.ID=" + std::to_string(current_.id);
   Currency total;
@@ -375,21 +360,7 @@ Currency Account::BalanceAtDate(OleDate at_date, const Variant& journals_to_excl
     CreateViews(Variant(at_date), journals_to_exclude);
     return TreeSum();
   }
-  ValidateAtDate(at_date);
-  AccountHandles& handles = SharedAccountHandles();
-  if (journals_to_exclude.IsEmpty()) {
-    if (!has_date_asked_ || date_asked_ != at_date || !handles.last_journal_list.empty()) {
-      has_date_asked_ = true;
-      date_asked_ = at_date;
-      handles.last_journal_list.clear();
-      RunViewQuery();
-    }
-  } else if (!(IsListLastChecked(journals_to_exclude) && has_date_asked_ && date_asked_ == at_date)) {
-    ParseJournalList(journals_to_exclude);
-    has_date_asked_ = true;
-    date_asked_ = at_date;
-    RunListQuery();
-  }
+  AskSumsAtDate(at_date, journals_to_exclude);
   // No movement left by the list gives a Null sum, and the addition fails with
   // invalid use of Null (deliberate; pinned by a test).
   return current_.opening_balance + CCur(sum_of_amount_);
@@ -397,6 +368,14 @@ Currency Account::BalanceAtDate(OleDate at_date, const Variant& journals_to_excl
 
 Currency Account::FCBalanceAtDate(OleDate at_date, const Variant& journals_to_exclude) {
   if (current_.is_sum || current_.is_master) RaiseMessage(kMsgNotForSums);
+  AskSumsAtDate(at_date, journals_to_exclude);
+  if (sum_of_fc_amount_.IsEmpty()) sum_of_fc_amount_ = ViewQuerySums(current_.id, date_asked_).second;
+  return current_.fc_opening_balance + CCur(sum_of_fc_amount_);
+}
+
+// The sums of a plain account at the date are asked again unless this object
+// already holds them for the same date and journal list.
+void Account::AskSumsAtDate(OleDate at_date, const Variant& journals_to_exclude) {
   ValidateAtDate(at_date);
   AccountHandles& handles = SharedAccountHandles();
   if (journals_to_exclude.IsEmpty()) {
@@ -412,8 +391,6 @@ Currency Account::FCBalanceAtDate(OleDate at_date, const Variant& journals_to_ex
     date_asked_ = at_date;
     RunListQuery();
   }
-  if (sum_of_fc_amount_.IsEmpty()) sum_of_fc_amount_ = ViewQuerySums(current_.id, date_asked_).second;
-  return current_.fc_opening_balance + CCur(sum_of_fc_amount_);
 }
 
 void Account::RunViewQuery() {

@@ -1,30 +1,11 @@
 #include "accounts/account_handles.hpp"
 
-#include <functional>
-
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
 #include "support/error.hpp"
 
 namespace ldg {
-
-namespace {
-
-// Clean-up steps run to their end whatever fails on the way.
-void IgnoringErrors(const std::function<void()>& step) {
-  try {
-    step();
-  } catch (const Error&) {
-  }
-}
-
-void CloseAndDrop(std::unique_ptr<store::Recordset>& records) {
-  if (records) IgnoringErrors([&] { records->Close(); });
-  records.reset();
-}
-
-}  // namespace
 
 void AccountHandles::Open() {
   store::Database& database = *State().database;
@@ -41,8 +22,8 @@ void AccountHandles::Open() {
 
 void AccountHandles::Release() {
   ReleaseBalanceView();
-  CloseAndDrop(accounts_table);
-  CloseAndDrop(index_table);
+  store::CloseAndDrop(accounts_table);
+  store::CloseAndDrop(index_table);
   delete_index_entry.reset();
   index_gl.reset();
   index_detail.reset();
@@ -52,17 +33,21 @@ void AccountHandles::Release() {
 }
 
 void AccountHandles::ReleaseBalanceView() {
-  CloseAndDrop(balance_view);
+  store::CloseAndDrop(balance_view);
   balance_view_query.reset();
   balance_view_is_plain = true;
   balance_view_sums.reset();
   balance_view_through.reset();
-  CloseAndDrop(day_movements);
+  store::CloseAndDrop(day_movements);
   day_sums.clear();
   if (temp_query_name.empty()) return;
   const std::string name = temp_query_name;
   temp_query_name.clear();
-  if (State().database) IgnoringErrors([&] { State().database->QueryDefs().Delete(name); });
+  if (!State().database) return;
+  try {
+    State().database->QueryDefs().Delete(name);
+  } catch (const Error&) {  // a clean-up runs to its end whatever fails
+  }
 }
 
 AccountHandles& SharedAccountHandles() {
@@ -70,10 +55,8 @@ AccountHandles& SharedAccountHandles() {
   return handles;
 }
 
-store::Recordset& SharedAccountsTable() {
-  std::unique_ptr<store::Recordset>& table = SharedAccountHandles().accounts_table;
-  if (!table) RaiseRuntime(kErrObjectNotSet);
-  return *table;
-}
+store::Recordset& SharedAccountsTable() { return Dereferenced(SharedAccountHandles().accounts_table); }
+
+store::Recordset& SharedBalanceView() { return Dereferenced(SharedAccountHandles().balance_view); }
 
 }  // namespace ldg

@@ -63,5 +63,7 @@ AccountHandles& SharedAccountHandles();
 
 // The shared accounts table; run-time error 91 while no Accounts has opened it.
 store::Recordset& SharedAccountsTable();
+// The engine-wide balance view; run-time error 91 while none is built.
+store::Recordset& SharedBalanceView();
 
 }  // namespace ldg

@@ -8,6 +8,7 @@
 #include "accounts/accounts.hpp"
 #include "accounts/master_accounts.hpp"
 #include "accounts/subaccounts.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
@@ -42,33 +43,6 @@ constexpr const char* kChildAsDestinationText =
     "Invalid destination. You can't choose a child as destination of this operation!";
 constexpr int32_t kErrDeleteOneBalance = static_cast<int32_t>(0x80041ED2u);
 constexpr const char* kDeleteOneSource = "Engine.DeleteOne";
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
-
-store::Workspace& CurrentWorkspace() {
-  if (!State().workspace) RaiseRuntime(kErrObjectNotSet);
-  return *State().workspace;
-}
-
-Accounts& CurrentAccounts() {
-  if (State().accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-  return *State().accounts;
-}
-
-store::Recordset& AccountsTable() {
-  auto& table = SharedAccountHandles().accounts_table;
-  if (!table) RaiseRuntime(kErrObjectNotSet);
-  return *table;
-}
-
-store::Recordset& BalanceView() {
-  auto& view = SharedAccountHandles().balance_view;
-  if (!view) RaiseRuntime(kErrObjectNotSet);
-  return *view;
-}
 
 // The destination may hold this kind of node; the table of what may stand below what.
 void CheckKinds(const Account& destination, const Account& moved) {
@@ -141,13 +115,13 @@ void CheckDependencies(int32_t id) {
 
 void CheckSubtreeDependencies(int32_t id) {
   WalkSubtree(
-      BalanceView(), id, [](store::Recordset& row) { CheckDependencies(ReadLong(row, "Accounts_1.ID")); },
-      CheckDependencies);
+      SharedBalanceView(), id,
+      [](store::Recordset& row) { CheckDependencies(ReadLong(row, "Accounts_1.ID")); }, CheckDependencies);
 }
 
 void CheckNoDescendantHasBalance(int32_t id) {
   WalkSubtree(
-      BalanceView(), id,
+      SharedBalanceView(), id,
       [](store::Recordset& row) {
         if (!IsNearZero(ReadCurrency(row, "Accounts_1.Balance"))) RaiseMessage(kMsgSubaccountHasBalance);
       },
@@ -159,7 +133,7 @@ void MarkSubtree(int32_t id) {
     CurrentDatabase().Execute(StatementForMark(marked, true), store::dbFailOnError);
   };
   WalkSubtree(
-      BalanceView(), id, [&](store::Recordset& row) { mark(ReadLong(row, "Accounts_1.ID")); }, mark);
+      SharedBalanceView(), id, [&](store::Recordset& row) { mark(ReadLong(row, "Accounts_1.ID")); }, mark);
 }
 
 }  // namespace
@@ -170,7 +144,7 @@ void Account::CheckDestination(const Account& destination) {
   CheckKinds(destination, *this);
   // The walk starts at the destination's parent: the destination itself is never
   // compared, so a move into itself passes here and fails at Update (deliberate).
-  store::Recordset& table = AccountsTable();
+  store::Recordset& table = SharedAccountsTable();
   int32_t parent_id = destination.ParentID();
   while (true) {
     if (parent_id == current_.id) RaiseError(kErrChildAsDestination, kChildAsDestinationText);
@@ -207,8 +181,7 @@ void Account::Delete(bool recursive) {
     workspace.CommitTrans();
     committed = true;
     if (current_.is_master) {
-      if (State().master_accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-      State().master_accounts->Reload();
+      Dereferenced(State().master_accounts).Reload();
     }
   } catch (const Error& error) {
     if (!committed) workspace.Rollback();

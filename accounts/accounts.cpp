@@ -1,7 +1,6 @@
 #include "accounts/accounts.hpp"
 
 #include <algorithm>
-#include <functional>
 
 #include "accounts/account.hpp"
 #include "accounts/account_handles.hpp"
@@ -22,13 +21,6 @@ namespace ldg {
 
 namespace {
 
-void IgnoringErrors(const std::function<void()>& step) {
-  try {
-    step();
-  } catch (const Error&) {
-  }
-}
-
 // Puts the shared table's index back however the lookup ends.
 class IndexRestorer {
  public:
@@ -46,6 +38,18 @@ class IndexRestorer {
   store::Recordset& table_;
   std::string index_;
 };
+
+// The account of the row the shared table finds under the index, null when none.
+std::shared_ptr<Account> SeekAccount(const char* index, const Variant& value) {
+  store::Recordset& table = SharedAccountsTable();
+  IndexRestorer restore(table);
+  table.Index(index);
+  table.Seek("=", value);
+  if (table.NoMatch()) return nullptr;
+  auto account = std::make_shared<Account>();
+  account->LoadRecord(&table);
+  return account;
+}
 
 std::shared_ptr<Account> Required(std::shared_ptr<Account> account) {
   if (!account) RaiseRuntime(kErrObjectNotSet);
@@ -95,12 +99,12 @@ Accounts::~Accounts() {
 
 void Accounts::Refresh() {
   auto& table = SharedAccountHandles().accounts_table;
-  if (table) IgnoringErrors([&] { table->Close(); });
-  table.reset();
-  IgnoringErrors([&] {
+  store::CloseAndDrop(table);
+  try {
     table = State().database->OpenRecordset("Accounts", store::dbOpenTable);
     table->Index("PrimaryKey");
-  });
+  } catch (const Error&) {  // a Refresh never fails
+  }
 }
 
 std::shared_ptr<Account> Accounts::Add(int32_t relative_id, const NewAccount& options) {
@@ -191,14 +195,7 @@ std::shared_ptr<Account> Accounts::ItemByID(int32_t id) {
     return root;
   }
   if (id < 0) return nullptr;
-  store::Recordset& table = SharedAccountsTable();
-  IndexRestorer restore(table);
-  table.Index("ID");
-  table.Seek("=", Variant(id));
-  if (table.NoMatch()) return nullptr;
-  auto account = std::make_shared<Account>();
-  account->LoadRecord(&table);
-  return account;
+  return SeekAccount("ID", Variant(id));
 }
 
 std::shared_ptr<Account> Accounts::ItemByCode(const std::string& text) {
@@ -206,14 +203,7 @@ std::shared_ptr<Account> Accounts::ItemByCode(const std::string& text) {
   if (trimmed.empty()) return nullptr;
   // The first word alone, so that a FullCodeName finds its account.
   const std::string code = trimmed.substr(0, trimmed.find(' '));
-  store::Recordset& table = SharedAccountsTable();
-  IndexRestorer restore(table);
-  table.Index("Code");
-  table.Seek("=", Variant(code));
-  if (table.NoMatch()) return nullptr;
-  auto account = std::make_shared<Account>();
-  account->LoadRecord(&table);
-  return account;
+  return SeekAccount("Code", Variant(code));
 }
 
 Variant Accounts::ItemExists(const Variant& account_info) { return Variant(Item(account_info) != nullptr); }

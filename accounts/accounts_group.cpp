@@ -5,7 +5,7 @@
 
 #include "accounts/account.hpp"
 #include "accounts/accounts.hpp"
-#include "engine/engine_state.hpp"
+#include "engine/current_objects.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
 #include "store/store_error.hpp"
@@ -14,32 +14,13 @@
 #include "support/error.hpp"
 #include "support/keys.hpp"
 #include "support/messages.hpp"
+#include "support/sql_text.hpp"
 
 namespace ldg {
 
 namespace {
 
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
-
-store::Workspace& CurrentWorkspace() {
-  if (!State().workspace) RaiseRuntime(kErrObjectNotSet);
-  return *State().workspace;
-}
-
-Accounts& CurrentAccounts() {
-  if (State().accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-  return *State().accounts;
-}
-
 Variant NullWhenEmpty(const Variant& value) { return value.IsEmpty() ? Variant::Null() : value; }
-
-// The value as it is pasted between quotes: Empty and Null paste as nothing.
-std::string PastedText(const Variant& value) {
-  return value.IsEmpty() || value.IsNull() ? std::string() : CStr(value);
-}
 
 // "Column='value'" when the value differs from its stored copy. A value holding
 // an apostrophe would end its quotes early, so it fails as the broken statement
@@ -47,9 +28,8 @@ std::string PastedText(const Variant& value) {
 void AddChange(std::string& list, std::string_view column, const Variant& value, const Variant& stored) {
   if (value == stored) return;
   const std::string text = PastedText(value);
-  if (text.find('\'') != std::string::npos) store::RaiseStore(store::kErrSyntax);
-  if (!list.empty()) list += ", ";
-  list += std::string(column) + "='" + text + "'";
+  store::RefuseQuote(text);
+  AppendAssignment(list, std::string(column) + "='" + text + "'");
 }
 
 // Runs a write inside one transaction; on failure rolls back and raises the
@@ -62,13 +42,7 @@ void InTransaction(Step step) {
     step();
     workspace.CommitTrans();
   } catch (const Error& error) {
-    const int32_t number = error.Number();
-    const std::string description = error.Description();
-    try {
-      workspace.Rollback();
-    } catch (const Error&) {
-    }
-    RaiseError(number, description);
+    RollbackAndRaise(error);
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/engine_state.hpp"
+#include "engine/current_objects.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
 #include "support/conversions.hpp"
@@ -45,9 +45,8 @@ std::shared_ptr<AccountsGroup> AccountsGroups::Add(const Variant& name, const Va
 }
 
 void AccountsGroups::Refresh() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
   auto rows =
-      State().database->OpenRecordset("SELECT * FROM AccountsGroups ORDER BY Name", store::dbOpenSnapshot);
+      CurrentDatabase().OpenRecordset("SELECT * FROM AccountsGroups ORDER BY Name", store::dbOpenSnapshot);
   while (!rows->Eof()) {
     auto group = std::make_shared<AccountsGroup>();
     // Deliberately without Name: a group read here has an empty Name in memory (pinned by a test).
@@ -62,17 +61,10 @@ void AccountsGroups::Refresh() {
 std::shared_ptr<AccountsGroup> AccountsGroups::Item(const Variant& index_or_key_or_code) const {
   if (IsSystemCode(index_or_key_or_code)) return ItemBySystemCode(index_or_key_or_code);
 
-  bool is_key = true;
-  int32_t id = 0;
-  try {
-    id = KeyToID(index_or_key_or_code);
-  } catch (const Error&) {
-    is_key = false;
-  }
-  if (is_key) {
-    const auto* found = groups_.Find(BuildKey(id).AsString());
+  if (const std::optional<int32_t> id = TryKeyToID(index_or_key_or_code)) {
+    const auto* found = groups_.Find(BuildKey(*id).AsString());
     if (found == nullptr) {
-      RaiseError(MessageNumber(kGroupNotFoundNumber), Fill1(MessageText(kGroupNotFoundText), Variant(id)));
+      RaiseError(MessageNumber(kGroupNotFoundNumber), Fill1(MessageText(kGroupNotFoundText), Variant(*id)));
     }
     return *found;
   }

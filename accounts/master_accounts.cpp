@@ -26,19 +26,9 @@ void MasterAccounts::Reload() {
 }
 
 std::shared_ptr<Account> MasterAccounts::Item(const Variant& index_or_key) const {
-  int32_t id = 0;
-  bool is_key = true;
-  try {
-    id = KeyToID(index_or_key);
-  } catch (const Error&) {
-    is_key = false;
-  }
-  if (!is_key) {
-    const int32_t position = CLng(index_or_key);
-    if (position < 1 || position > Count()) RaiseRuntime(kErrSubscript);
-    return items_[position - 1];
-  }
-  const std::string key = CStr(BuildKey(id));
+  const std::optional<int32_t> id = TryKeyToID(index_or_key);
+  if (!id) return ItemAtPosition(items_, index_or_key);
+  const std::string key = CStr(BuildKey(*id));
   for (const std::shared_ptr<Account>& master : items_) {
     if (CStr(BuildKey(master->ID())) == key) return master;
   }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "accounts/account_handles.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
@@ -19,11 +20,6 @@ namespace ldg {
 namespace {
 
 constexpr const char* kProgressWork = "RecalcBalances";
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
 
 void SetBalance(store::Database& database, int32_t id, Currency balance) {
   database.Execute("UPDATE Accounts Set Accounts.Balance = " + CurrencyToSqlText(balance) +

@@ -6,7 +6,7 @@
 
 #include "bookkeeping/book_entry.hpp"
 #include "bookkeeping/posting_handles.hpp"
-#include "bookkeeping/posting_writes.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine.hpp"
 #include "engine/engine_state.hpp"
 #include "engine/options.hpp"
@@ -51,7 +51,7 @@ void AddDateCondition(std::string& condition, const Variant& date, const char* c
 }
 
 int32_t CountOf(const std::string& sql, const char* column) {
-  auto rows = PostingDatabase().OpenRecordset(sql, store::dbOpenSnapshot);
+  auto rows = CurrentDatabase().OpenRecordset(sql, store::dbOpenSnapshot);
   const int32_t count = rows->Eof() ? 0 : ReadLong(*rows, column);
   rows->Close();
   return count;
@@ -107,8 +107,8 @@ std::shared_ptr<BookEntry> BookEntries::ItemByTags(const std::string& mask) {
 
 std::shared_ptr<BookEntry> BookEntries::ItemByField(const std::string& field, const std::string& mask) {
   RefuseNonName(field);
-  RefuseQuote(mask);
-  auto rows = PostingDatabase().OpenRecordset(
+  store::RefuseQuote(mask);
+  auto rows = CurrentDatabase().OpenRecordset(
       "SELECT * FROM BookEntries WHERE(" + field + " Like '*" + mask + "*');", store::dbOpenSnapshot);
   if (rows->Eof()) {
     rows->Close();
@@ -130,7 +130,7 @@ int32_t BookEntries::Count() {
 }
 
 int32_t BookEntries::GetIDUsingDocID(const std::string& doc_id) {
-  auto table = PostingDatabase().OpenRecordset("BookEntries", store::dbOpenTable);
+  auto table = CurrentDatabase().OpenRecordset("BookEntries", store::dbOpenTable);
   const double number = Val(doc_id);
   const Variant wanted =
       number > 0 ? Variant(Format(Variant(number), kNumericDocumentIDFormat)) : Variant(doc_id);
@@ -146,7 +146,7 @@ Variant BookEntries::GetNextNumericDocID(const Variant& this_doc_id, bool force)
   if (!force && !AutomaticDocumentIDs()) return Variant("");
   std::string digits;
   for (size_t i = 0; i < std::string_view(kNumericDocumentIDFormat).size(); ++i) digits += "[0-9]";
-  auto rows = PostingDatabase().OpenRecordset("SELECT DocumentID FROM BookEntries WHERE (DocumentID LIKE \"" +
+  auto rows = CurrentDatabase().OpenRecordset("SELECT DocumentID FROM BookEntries WHERE (DocumentID LIKE \"" +
                                                   digits + "\") ORDER BY DocumentID DESC;",
                                               store::dbOpenSnapshot);
   const double next = rows->Eof() ? 1.0 : Val(ReadString(*rows, "DocumentID")) + 1.0;
@@ -166,7 +166,7 @@ int32_t BookEntries::DoDefinitive(const Variant& journals_to_exclude, const Vari
   AddDateCondition(condition, end_date, "<=");
   const std::string user = DefinitiveRunUser();
   if (users_entries_only) {
-    RefuseQuote(user);
+    store::RefuseQuote(user);
     condition += " AND (BookEntries.CreatedBy = '" + user + "' OR BookEntries.ChangedBy = '" + user + "')";
   }
   const int32_t count =
@@ -174,7 +174,7 @@ int32_t BookEntries::DoDefinitive(const Variant& journals_to_exclude, const Vari
               "EntriesCount");
   if (count == 0) RaiseMessage(kMsgNothingToMakeDefinitive);
 
-  store::Workspace& workspace = PostingWorkspace();
+  store::Workspace& workspace = CurrentWorkspace();
   workspace.BeginTrans();
   int32_t number = 0;
   try {
@@ -182,7 +182,7 @@ int32_t BookEntries::DoDefinitive(const Variant& journals_to_exclude, const Vari
         definitive_sets_->Add(DefinitiveRunDate(), user, IsGiven(beginn_date) ? beginn_date : Variant(""),
                               IsGiven(end_date) ? end_date : Variant(""), excluded, users_entries_only);
     number = set->Number();
-    PostingDatabase().Execute("UPDATE BookEntries SET BookEntries.Definitive = " + std::to_string(set->ID()) +
+    CurrentDatabase().Execute("UPDATE BookEntries SET BookEntries.Definitive = " + std::to_string(set->ID()) +
                                   ", BookEntries.DefinitiveJournal = " + std::to_string(number) + " WHERE " +
                                   condition + ";",
                               store::dbFailOnError);

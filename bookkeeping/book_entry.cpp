@@ -10,10 +10,10 @@
 #include "bookkeeping/journals.hpp"
 #include "bookkeeping/periods2.hpp"
 #include "bookkeeping/posting_handles.hpp"
-#include "bookkeeping/posting_writes.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine.hpp"
-#include "engine/engine_state.hpp"
 #include "store/constants.hpp"
+#include "store/store_error.hpp"
 #include "support/conversions.hpp"
 #include "support/error.hpp"
 #include "support/keys.hpp"
@@ -41,11 +41,6 @@ constexpr int32_t kErrPeriodLocked = MessageNumber(1227);
 constexpr const char* kPeriodLockedText = "Periode ist gesperrt!";
 constexpr size_t kDocumentIDDigits = std::string_view(kNumericDocumentIDFormat).size();
 
-Engine& CurrentEngine() {
-  if (State().engine == nullptr) RaiseRuntime(kErrObjectNotSet);
-  return *State().engine;
-}
-
 bool IsDigits(const std::string& text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
@@ -69,11 +64,6 @@ Variant StoredDocumentID(const Variant& value) {
   return value;
 }
 
-// The text of a Variant pasted into a statement; Null and Empty are "".
-std::string PastedText(const Variant& value) {
-  return value.IsNull() || value.IsEmpty() ? std::string() : CStr(value);
-}
-
 // Whether two values of a Variant member differ, as the dirty check sees them.
 bool Differs(const Variant& a, const Variant& b) {
   const bool a_missing = a.IsNull() || a.IsEmpty();
@@ -84,13 +74,6 @@ bool Differs(const Variant& a, const Variant& b) {
   return CStr(a) != CStr(b);
 }
 
-const char* TrueFalse(bool value) { return value ? "True" : "False"; }
-
-void Join(std::string& set, const std::string& piece) {
-  if (!set.empty()) set += ", ";
-  set += piece;
-}
-
 // "<field> = '<text>'", or "<field> = NULL" for "": the text goes between quotes as it is.
 std::string QuotedPiece(const std::string& field, const Variant& value) {
   const std::string text = PastedText(value);
@@ -98,7 +81,7 @@ std::string QuotedPiece(const std::string& field, const Variant& value) {
   return field + " = '" + text + "'";
 }
 
-void RefuseQuotedText(const Variant& value) { RefuseQuote(PastedText(value)); }
+void RefuseQuotedText(const Variant& value) { store::RefuseQuote(PastedText(value)); }
 
 }  // namespace
 
@@ -144,7 +127,7 @@ void BookEntry::AppendEntry(int32_t journal_id) {
   if (journal_id != 0) current_.journal_id = journal_id;
   if (current_.id != 0) RaiseMessage(kMsgAppendOfStoredEntry);
   Validate();
-  store::Workspace& workspace = PostingWorkspace();
+  store::Workspace& workspace = CurrentWorkspace();
   workspace.BeginTrans();
   try {
     ExecuteAppend();
@@ -166,7 +149,7 @@ void BookEntry::Update() {
   if (current_.id == 0) RaiseMessage(kMsgUpdateOfNewEntry);
   Validate();
   RefuseQuotesInChangedTexts();
-  store::Workspace& workspace = PostingWorkspace();
+  store::Workspace& workspace = CurrentWorkspace();
   workspace.BeginTrans();
   try {
     if (current_.definitive_key == -1) MakeDefinitiveRun();
@@ -240,7 +223,7 @@ void BookEntry::ExecuteAppend() {
 void BookEntry::ExecuteUpdate() {
   const std::string set = GetUpdateSet();
   if (set.empty()) return;
-  PostingDatabase().Execute(
+  CurrentDatabase().Execute(
       "UPDATE BookEntries SET " + set + " WHERE (ID=" + std::to_string(current_.id) + ");",
       store::dbFailOnError);
 }
@@ -249,34 +232,37 @@ std::string BookEntry::GetUpdateSet() {
   const Values& c = current_;
   const Values& s = stored_;
   std::string set;
-  if (c.journal_id != s.journal_id) Join(set, "JournalID = " + std::to_string(c.journal_id));
+  if (c.journal_id != s.journal_id) AppendAssignment(set, "JournalID = " + std::to_string(c.journal_id));
   if (Differs(c.entry_date, s.entry_date)) {
-    Join(set, "BookEntries.Date = " + (IsDate(c.entry_date) ? CStr(DateLiteral(c.entry_date)) : "NULL"));
+    AppendAssignment(
+        set, "BookEntries.Date = " + (IsDate(c.entry_date) ? CStr(DateLiteral(c.entry_date)) : "NULL"));
   }
   if (IsNumericDocumentID(current_.document_id))
     current_.document_id = StoredDocumentID(current_.document_id);
   if (Differs(c.document_id, s.document_id)) {
     RefuseQuotedText(c.document_id);
-    Join(set, QuotedPiece("DocumentID", c.document_id));
+    AppendAssignment(set, QuotedPiece("DocumentID", c.document_id));
   }
   if (Differs(c.tag, s.tag)) {
     RefuseQuotedText(c.tag);
-    Join(set, QuotedPiece("Tag", c.tag));
+    AppendAssignment(set, QuotedPiece("Tag", c.tag));
   }
-  if (c.definitive_key != s.definitive_key) Join(set, "Definitive = " + std::to_string(c.definitive_key));
+  if (c.definitive_key != s.definitive_key)
+    AppendAssignment(set, "Definitive = " + std::to_string(c.definitive_key));
   if (c.definitive_number != s.definitive_number) {
-    Join(set, "DefinitiveJournal = " + std::to_string(c.definitive_number));
+    AppendAssignment(set, "DefinitiveJournal = " + std::to_string(c.definitive_number));
   }
   for (size_t i = 0; i < c.marks.size(); ++i) {
     if (c.marks[i] != s.marks[i]) {
-      Join(set, "Mark" + std::to_string(i + 1) + " = " + TrueFalse(c.marks[i]));
+      AppendAssignment(set, "Mark" + std::to_string(i + 1) + " = " + BooleanToSqlText(c.marks[i]));
     }
   }
-  if (c.marked != s.marked) Join(set, std::string("Marked = ") + TrueFalse(c.marked));
-  if (c.automatic != s.automatic) Join(set, std::string("Automatic = ") + TrueFalse(c.automatic));
+  if (c.marked != s.marked) AppendAssignment(set, std::string("Marked = ") + BooleanToSqlText(c.marked));
+  if (c.automatic != s.automatic)
+    AppendAssignment(set, std::string("Automatic = ") + BooleanToSqlText(c.automatic));
   if (c.infotext != s.infotext) {
-    RefuseQuote(c.infotext);
-    Join(set, QuotedPiece("InfoText", Variant(c.infotext)));
+    store::RefuseQuote(c.infotext);
+    AppendAssignment(set, QuotedPiece("InfoText", Variant(c.infotext)));
   }
   if (c.client_id != s.client_id) {
     // Deliberate: the ClientID piece replaces everything built before it (pinned by a test).
@@ -292,13 +278,13 @@ void BookEntry::RefuseQuotesInChangedTexts() const {
   const Values& s = stored_;
   if (Differs(c.document_id, s.document_id)) RefuseQuotedText(c.document_id);
   if (Differs(c.tag, s.tag)) RefuseQuotedText(c.tag);
-  if (c.infotext != s.infotext) RefuseQuote(c.infotext);
+  if (c.infotext != s.infotext) store::RefuseQuote(c.infotext);
 }
 
 void BookEntry::Delete() {
   if (current_.id == 0) RaiseMessage(kMsgDeleteOfNewEntry);
   if (current_.definitive_key != 0) RaiseMessage(kMsgDefinitiveNotDeletable);
-  store::Workspace& workspace = PostingWorkspace();
+  store::Workspace& workspace = CurrentWorkspace();
   workspace.BeginTrans();
   try {
     movements_->DeleteAll();

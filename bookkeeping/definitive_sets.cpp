@@ -2,7 +2,7 @@
 
 #include <ctime>
 
-#include "bookkeeping/posting_writes.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
@@ -71,7 +71,7 @@ std::shared_ptr<DefinitiveSet> DefinitiveSets::Add(OleDate transaction_date, con
                                                    bool users_entries_only) {
   CheckSelectionDate(date_beginn);
   CheckSelectionDate(date_end);
-  store::Database& database = PostingDatabase();
+  store::Database& database = CurrentDatabase();
   auto table = database.OpenRecordset("DefinitiveSets", store::dbOpenTable);
   table->AddNew();
   table->Value("Number", Variant(NextNumber(database)));
@@ -95,37 +95,26 @@ void DefinitiveSets::CheckSelectionDate(const Variant& date) {
   if (IsMissing(date)) return;
   if (!IsDate(date)) RaiseMessage(kMsgNotADate);
   const OleDate day = DateValue(date);
-  const Engine* engine = State().engine;
-  if (engine == nullptr) RaiseRuntime(kErrObjectNotSet);
-  if (day < DateValue(engine->YearBeginn()) || day > DateValue(engine->YearEnd())) {
+  const Engine& engine = CurrentEngine();
+  if (day < DateValue(engine.YearBeginn()) || day > DateValue(engine.YearEnd())) {
     RaiseMessage(kMsgDateOutOfYear);
   }
 }
 
 std::shared_ptr<DefinitiveSet> DefinitiveSets::Item(const Variant& index_or_key) const {
-  int32_t id = 0;
-  bool is_key = true;
-  try {
-    id = KeyToID(index_or_key);
-  } catch (const Error&) {
-    is_key = false;  // the failed read is the signal that the argument is a position
-  }
-  if (!is_key) {
-    const int32_t position = CLng(index_or_key);
-    if (position < 1 || position > Count()) RaiseRuntime(kErrSubscript);
-    return sets_[static_cast<size_t>(position - 1)];
-  }
+  const std::optional<int32_t> id = TryKeyToID(index_or_key);
+  if (!id) return ItemAtPosition(sets_, index_or_key);
   for (const auto& set : sets_) {
-    if (set->ID() == id) return set;
+    if (set->ID() == *id) return set;
   }
   // The text keeps its "%1": the fill only knows "1%".
-  RaiseError(kErrNoDefinitiveSet, Fill1(MessageText(kMsgNoDefinitiveSet), Variant(id)));
+  RaiseError(kErrNoDefinitiveSet, Fill1(MessageText(kMsgNoDefinitiveSet), Variant(*id)));
 }
 
 void DefinitiveSets::Refresh() {
   sets_.clear();
   auto rows =
-      PostingDatabase().OpenRecordset("SELECT * FROM DefinitiveSets ORDER BY ID;", store::dbOpenSnapshot);
+      CurrentDatabase().OpenRecordset("SELECT * FROM DefinitiveSets ORDER BY ID;", store::dbOpenSnapshot);
   for (; !rows->Eof(); rows->MoveNext()) {
     auto set = std::make_shared<DefinitiveSet>();
     set->LoadFromRecord(*rows);

@@ -4,6 +4,7 @@
 
 #include "bookkeeping/book_entries.hpp"
 #include "bookkeeping/book_entry.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
@@ -13,6 +14,7 @@
 #include "support/error.hpp"
 #include "support/messages.hpp"
 #include "support/nullable.hpp"
+#include "support/sql_text.hpp"
 
 namespace ldg {
 namespace {
@@ -26,24 +28,9 @@ constexpr int32_t kMsgUnlockedEntriesFound = 1177;
 // Journals.Add, which retries on the insert's number only, doesn't retry on it.
 constexpr int32_t kErrJournalDuplicateOnUpdate = static_cast<int32_t>(0x80040469u);
 
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
-
-// A Null name counts as nothing, as it does when pasted into a statement.
-std::string NameText(const Variant& name) { return name.IsNull() ? std::string() : CStr(name); }
-
 bool SameName(const Variant& a, const Variant& b) {
   if (a.IsNull() || b.IsNull()) return a.IsNull() && b.IsNull();
   return CStr(a) == CStr(b);
-}
-
-const char* TrueFalse(bool value) { return value ? "True" : "False"; }
-
-void Join(std::string& set, const std::string& piece) {
-  if (!set.empty()) set += ", ";
-  set += piece;
 }
 
 }  // namespace
@@ -156,15 +143,15 @@ void Journal::UpdateStored() {
 // holding a quote can't be written this way: the statement is refused before it runs.
 std::string Journal::UpdateSet() const {
   std::string set;
-  if (code_ != stored_code_) Join(set, "Code=" + std::to_string(code_));
+  if (code_ != stored_code_) AppendAssignment(set, "Code=" + std::to_string(code_));
   if (!SameName(name_, stored_name_)) {
-    const std::string name = NameText(name_);
+    const std::string name = PastedText(name_);
     if (name.find('\'') != std::string::npos) store::RaiseStore(store::kErrSyntax);
-    Join(set, "Name='" + name + "'");
+    AppendAssignment(set, "Name='" + name + "'");
   }
-  if (locked_ != stored_locked_) Join(set, std::string("Locked=") + TrueFalse(locked_));
+  if (locked_ != stored_locked_) AppendAssignment(set, std::string("Locked=") + BooleanToSqlText(locked_));
   if (locked_permanently_ != stored_locked_permanently_) {
-    Join(set, std::string("LockedPermanently=") + TrueFalse(locked_permanently_));
+    AppendAssignment(set, std::string("LockedPermanently=") + BooleanToSqlText(locked_permanently_));
   }
   return set;
 }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/engine_state.hpp"
+#include "engine/current_objects.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
 #include "store/store_error.hpp"
@@ -18,11 +18,6 @@ namespace {
 
 constexpr int32_t kMsgNoJournalWithID = 1150;
 constexpr int32_t kErrJournalDuplicate = MessageNumber(1151);
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
 
 // The name tried at a given attempt: as given at 0, else followed by " (n)".
 Variant NameOfAttempt(const Variant& name, int32_t counter) {
@@ -61,14 +56,7 @@ std::shared_ptr<Journal> Journals::Add(const Variant& name) {
 }
 
 std::shared_ptr<Journal> Journals::Item(const Variant& index_or_key) const {
-  int32_t id = 0;
-  bool is_key = true;
-  try {
-    id = KeyToID(index_or_key);
-  } catch (const Error&) {
-    is_key = false;  // the failed read is the signal that the argument is a position
-  }
-  if (is_key) return ItemByKey(id);
+  if (const std::optional<int32_t> id = TryKeyToID(index_or_key)) return ItemByKey(*id);
   return items_.Item(CLng(index_or_key));
 }
 

@@ -7,10 +7,10 @@
 #include "bookkeeping/book_entry.hpp"
 #include "bookkeeping/movements.hpp"
 #include "bookkeeping/posting_handles.hpp"
-#include "bookkeeping/posting_writes.hpp"
-#include "engine/engine_state.hpp"
+#include "engine/current_objects.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
+#include "store/store_error.hpp"
 #include "support/conversions.hpp"
 #include "support/error.hpp"
 #include "support/messages.hpp"
@@ -44,11 +44,6 @@ bool IsBlank(const Variant& value) {
 
 std::string NumberOrNull(int32_t value) { return value == 0 ? "NULL" : std::to_string(value); }
 Variant LongOrNull(int32_t value) { return value >= 1 ? Variant(value) : Variant::Null(); }
-
-ldg::Accounts& CurrentAccounts() {
-  if (State().accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-  return *State().accounts;
-}
 
 }  // namespace
 
@@ -231,7 +226,7 @@ std::string Movement::GetUpdateSet() {
   if (!current_.reference.IsNull() && CStr(current_.reference) != CStr(stored_.reference)) {
     const std::string reference = CStr(current_.reference);
     // The reference goes between quotes as it stands: one holding a quote can't be written.
-    RefuseQuote(reference);
+    store::RefuseQuote(reference);
     AppendAssignment(set,
                      reference.empty() ? std::string("Reference =NULL") : "Reference ='" + reference + "'");
   }
@@ -262,7 +257,7 @@ void Movement::ExecuteUpdate() {
   Validate();
   const std::string set = GetUpdateSet();
   if (set.empty()) return;
-  PostingDatabase().Execute(
+  CurrentDatabase().Execute(
       "UPDATE Movements SET " + set + " WHERE (ID=" + std::to_string(current_.id) + ");",
       store::dbFailOnError);
 }
@@ -273,7 +268,7 @@ void Movement::DeleteFromDatabase() {
   const auto& account = stored_.account ? stored_.account : current_.account;
   if (!account) RaiseRuntime(kErrObjectNotSet);
   ShiftBalances(*account, -stored_.amount, -stored_.fc_amount, false);
-  PostingDatabase().Execute("DELETE FROM Movements WHERE ID=" + std::to_string(current_.id) + ";",
+  CurrentDatabase().Execute("DELETE FROM Movements WHERE ID=" + std::to_string(current_.id) + ";",
                             store::dbFailOnError);
 }
 

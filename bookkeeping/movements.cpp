@@ -6,7 +6,7 @@
 #include "accounts/account.hpp"
 #include "accounts/accounts.hpp"
 #include "bookkeeping/book_entry.hpp"
-#include "bookkeeping/posting_writes.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
@@ -25,15 +25,6 @@ constexpr int32_t kMsgMovementKeyNotFound = 1176;
 
 int32_t AccountIdOf(const Movement& line) { return line.Account() ? line.Account()->ID() : 0; }
 
-// The key of an argument, or nothing when the argument is a position.
-std::optional<int32_t> KeyOf(const Variant& index_or_key) {
-  try {
-    return KeyToID(index_or_key);
-  } catch (const Error&) {
-    return std::nullopt;  // the failed read is the signal that the argument is a position
-  }
-}
-
 }  // namespace
 
 Movements::~Movements() { Tini(); }
@@ -51,8 +42,7 @@ std::shared_ptr<Movement> Movements::Add(const NewMovement& values) {
   line->SetInternalID(next_number_);
   const int32_t account_id = values.account_id.value_or(0);
   if (account_id != 0) {
-    if (State().accounts == nullptr) RaiseRuntime(kErrObjectNotSet);
-    line->SetAccountSilently(State().accounts->Item(Variant(account_id)));
+    line->SetAccountSilently(CurrentAccounts().Item(Variant(account_id)));
   }
   // No owner yet: none of these reports anything, so Add never runs the automatisms.
   line->BalancingAccountID(Variant(values.balancing_account_id.value_or(0)));
@@ -75,12 +65,8 @@ std::shared_ptr<Movement> Movements::Add(const NewMovement& values) {
 }
 
 std::shared_ptr<Movement> Movements::Item(const Variant& index_or_key) const {
-  const std::optional<int32_t> key = KeyOf(index_or_key);
-  if (!key) {
-    const int32_t position = CLng(index_or_key);
-    if (position < 1 || position > Count()) RaiseRuntime(kErrSubscript);
-    return lines_[static_cast<size_t>(position - 1)];
-  }
+  const std::optional<int32_t> key = TryKeyToID(index_or_key);
+  if (!key) return ItemAtPosition(lines_, index_or_key);
   const int32_t position = PositionOf(*key);
   if (position == 0) RaiseMessage(kMsgMovementKeyNotFound);
   return lines_[static_cast<size_t>(position - 1)];
@@ -89,7 +75,7 @@ std::shared_ptr<Movement> Movements::Item(const Variant& index_or_key) const {
 Variant Movements::Remove(const Variant& index_or_key) {
   // The collection's own lookup: an unknown key is its invalid-argument error, not 1176.
   std::shared_ptr<Movement> line;
-  if (const std::optional<int32_t> key = KeyOf(index_or_key)) {
+  if (const std::optional<int32_t> key = TryKeyToID(index_or_key)) {
     line = ItemByInternalID(*key);
   } else {
     line = Item(index_or_key);
@@ -130,7 +116,7 @@ void Movements::SetBalancingAutomatism(bool value) {
 }
 
 void Movements::LoadFromDatabase(int32_t entry_id) {
-  auto rows = PostingDatabase().OpenRecordset(
+  auto rows = CurrentDatabase().OpenRecordset(
       "SELECT * FROM Movements WHERE EntryID = " + std::to_string(entry_id) + ";", store::dbOpenSnapshot);
   while (!rows->Eof()) {
     Add()->LoadFromRecord(*rows);
@@ -326,7 +312,7 @@ void Movements::WriteDependentLinks() {
     if (line->DependentMovementID() == 0) continue;
     try {
       const std::shared_ptr<Movement> tax_line = ItemByInternalID(line->DependentMovementID());
-      PostingDatabase().Execute(
+      CurrentDatabase().Execute(
           "UPDATE Movements SET DependentMovementID = " + std::to_string(tax_line->ID()) +
               " WHERE ID=" + std::to_string(line->ID()) + ";",
           store::dbFailOnError);

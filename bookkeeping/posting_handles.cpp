@@ -1,6 +1,6 @@
 #include "bookkeeping/posting_handles.hpp"
 
-#include "engine/engine_state.hpp"
+#include "engine/current_objects.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
 #include "support/error.hpp"
@@ -14,29 +14,18 @@ std::unique_ptr<store::Recordset> OpenTable(store::Database& database, const cha
   return records;
 }
 
-// A handle is closed even when its database has already gone.
-void CloseAndDrop(std::unique_ptr<store::Recordset>& records) {
-  if (records) {
-    try {
-      records->Close();
-    } catch (const Error&) {
-    }
-  }
-  records.reset();
-}
-
 }  // namespace
 
 void PostingHandles::Open() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
+  store::Database& database = CurrentDatabase();
   Release();
-  book_entries_table = OpenTable(*State().database, "BookEntries");
-  movements_table = OpenTable(*State().database, "Movements");
+  book_entries_table = OpenTable(database, "BookEntries");
+  movements_table = OpenTable(database, "Movements");
 }
 
 void PostingHandles::Release() {
-  CloseAndDrop(book_entries_table);
-  CloseAndDrop(movements_table);
+  store::CloseAndDrop(book_entries_table);
+  store::CloseAndDrop(movements_table);
 }
 
 PostingHandles& SharedPostingHandles() {
@@ -44,16 +33,8 @@ PostingHandles& SharedPostingHandles() {
   return handles;
 }
 
-store::Recordset& SharedBookEntriesTable() {
-  std::unique_ptr<store::Recordset>& table = SharedPostingHandles().book_entries_table;
-  if (!table) RaiseRuntime(kErrObjectNotSet);
-  return *table;
-}
+store::Recordset& SharedBookEntriesTable() { return Dereferenced(SharedPostingHandles().book_entries_table); }
 
-store::Recordset& SharedMovementsTable() {
-  std::unique_ptr<store::Recordset>& table = SharedPostingHandles().movements_table;
-  if (!table) RaiseRuntime(kErrObjectNotSet);
-  return *table;
-}
+store::Recordset& SharedMovementsTable() { return Dereferenced(SharedPostingHandles().movements_table); }
 
 }  // namespace ldg

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "engine/business_years.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine.hpp"
 #include "engine/engine_state.hpp"
 #include "engine/schema_upkeep.hpp"
@@ -168,16 +169,6 @@ void AddPeriodRow(store::Database& database, std::string_view table, const Varia
   periods->Value("End", end);
   periods->Update();
   periods->Close();
-}
-
-store::Workspace& CurrentWorkspace() {
-  if (!State().workspace) RaiseRuntime(kErrObjectNotSet);
-  return *State().workspace;
-}
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
 }
 
 void AddAttachment(store::Database& database, double instance_id, const std::string& module_name,

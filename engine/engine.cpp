@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "engine/business_years.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/database_creator.hpp"
 #include "engine/db_controller.hpp"
 #include "engine/db_log.hpp"
@@ -46,16 +47,6 @@ void IgnoringErrors(const std::function<void()>& step) {
     step();
   } catch (const std::exception&) {
   }
-}
-
-store::Workspace& CurrentWorkspace() {
-  if (!State().workspace) RaiseRuntime(kErrObjectNotSet);
-  return *State().workspace;
-}
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
 }
 
 }  // namespace

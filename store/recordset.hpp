@@ -89,8 +89,17 @@ class Recordset : public Record {
   // Whether Requery would read the same rows again: a snapshot over files that
   // nothing was written to since it read them. False when it can't tell.
   virtual bool RowsCurrent() { return false; }
+  // Table-type: a number that moves whenever a row of the table may have
+  // changed, so two equal numbers other than 0 mean its rows stayed as they
+  // were. 0 when that can't be told: outside a transaction, where other
+  // connections may commit, and on the other kinds of set.
+  virtual uint64_t TableVersion() const { return 0; }
   virtual std::unique_ptr<Recordset> Clone() const = 0;
   virtual void Close() = 0;
 };
+
+// Closes a record set that the engine holds, even when its database has
+// already gone (a failing Close is ignored), and lets it go.
+void CloseAndDrop(std::unique_ptr<Recordset>& records);
 
 }  // namespace ldg::store

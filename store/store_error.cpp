@@ -88,4 +88,8 @@ void RaiseStore(int32_t number, std::string_view name) {
   throw Error(number, kStoreSource, StoreErrorText(number, name));
 }
 
+void RefuseQuote(std::string_view text) {
+  if (text.find('\'') != std::string_view::npos) RaiseStore(kErrSyntax);
+}
+
 }  // namespace ldg::store

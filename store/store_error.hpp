@@ -47,6 +47,11 @@ std::string StoreErrorText(int32_t number, std::string_view name = "");
 // names an object) and the store as source.
 [[noreturn]] void RaiseStore(int32_t number, std::string_view name = "");
 
+// A text about to be pasted between single quotes must hold none itself: it
+// would end its quotes early, so the broken statement's syntax error 3075 is
+// raised before any statement runs.
+void RefuseQuote(std::string_view text);
+
 // The source the store's errors carry.
 inline constexpr const char* kStoreSource = "ldg.store";
 

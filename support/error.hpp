@@ -49,4 +49,11 @@ std::string RuntimeErrorText(int32_t number);
 // Raises a run-time error with its own text and an empty source.
 [[noreturn]] void RaiseRuntime(int32_t number);
 
+// The object a pointer points to; run-time error 91 when it points to none.
+template <typename Pointer>
+auto& Dereferenced(const Pointer& pointer) {
+  if (!pointer) RaiseRuntime(kErrObjectNotSet);
+  return *pointer;
+}
+
 }  // namespace ldg

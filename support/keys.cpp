@@ -24,4 +24,12 @@ int32_t KeyToID(const Variant& key) {
   return CLng(Variant(Mid(text, 3)));
 }
 
+std::optional<int32_t> TryKeyToID(const Variant& index_or_key) {
+  try {
+    return KeyToID(index_or_key);
+  } catch (const Error&) {
+    return std::nullopt;
+  }
+}
+
 }  // namespace ldg

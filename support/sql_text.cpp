@@ -19,6 +19,10 @@ std::string Literal(OleDate date, const char* pattern) {
 
 }  // namespace
 
+std::string PastedText(const Variant& value) {
+  return value.IsNull() || value.IsEmpty() ? std::string() : CStr(value);
+}
+
 Variant DoubleApostrophes(const Variant& text) {
   if (text.IsNull()) return text;
   return Variant(Replace(CStr(text), "'", "''"));

@@ -13,6 +13,9 @@
 
 namespace ldg {
 
+// The text of a value as it is pasted into a statement: Null and Empty paste as "".
+std::string PastedText(const Variant& value);
+
 // Each "'" doubled, as a String Variant; Null stays Null.
 Variant DoubleApostrophes(const Variant& text);
 

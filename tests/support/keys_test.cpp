@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "support/error.hpp"
 #include "tests/error_capture.hpp"
 
@@ -52,6 +55,36 @@ TEST(KeyToID, NonNumberBehindThePrefixIsATypeMismatch) {
 
 TEST(KeyToID, NullIsAnInvalidUseOfNull) {
   EXPECT_EQ(ErrorNumberOf([] { KeyToID(Variant::Null()); }), 94);
+}
+
+TEST(TryKeyToID, GivesTheIDOfAKey) { EXPECT_EQ(TryKeyToID(Variant("ID17")), std::optional<int32_t>(17)); }
+
+TEST(TryKeyToID, GivesNothingForAPosition) {
+  EXPECT_EQ(TryKeyToID(Variant(int32_t{2})), std::nullopt);
+  EXPECT_EQ(TryKeyToID(Variant("2")), std::nullopt);
+}
+
+TEST(TryKeyToID, GivesNothingForAKeyWhoseNumberDoesNotRead) {
+  EXPECT_EQ(TryKeyToID(Variant("IDx")), std::nullopt);
+  EXPECT_EQ(TryKeyToID(Variant::Null()), std::nullopt);
+}
+
+TEST(ItemAtPosition, CountsFromOne) {
+  const std::vector<std::string> items{"a", "b", "c"};
+  EXPECT_EQ(ItemAtPosition(items, Variant(int32_t{1})), "a");
+  EXPECT_EQ(ItemAtPosition(items, Variant("3")), "c");
+}
+
+TEST(ItemAtPosition, OutsideOneToTheCountIsSubscriptOutOfRange) {
+  const std::vector<std::string> items{"a", "b"};
+  EXPECT_EQ(ErrorNumberOf([&] { ItemAtPosition(items, Variant(int32_t{0})); }), 9);
+  EXPECT_EQ(ErrorNumberOf([&] { ItemAtPosition(items, Variant(int32_t{3})); }), 9);
+  EXPECT_EQ(ErrorNumberOf([] { ItemAtPosition(std::vector<int>{}, Variant(int32_t{1})); }), 9);
+}
+
+TEST(ItemAtPosition, APositionThatIsNoNumberIsATypeMismatch) {
+  const std::vector<std::string> items{"a"};
+  EXPECT_EQ(ErrorNumberOf([&] { ItemAtPosition(items, Variant("first")); }), 13);
 }
 
 }  // namespace

@@ -13,6 +13,16 @@ namespace {
 
 Variant Date(int year, int month, int day) { return Variant(OleDate::FromYmd(year, month, day)); }
 
+TEST(PastedText, NullAndEmptyPasteAsNothing) {
+  EXPECT_EQ(PastedText(Variant::Null()), "");
+  EXPECT_EQ(PastedText(Variant()), "");
+}
+
+TEST(PastedText, OtherValuesPasteAsTheirTextUnchanged) {
+  EXPECT_EQ(PastedText(Variant("it's \"so\"")), "it's \"so\"");
+  EXPECT_EQ(PastedText(Variant(int32_t{17})), "17");
+}
+
 TEST(DoubleApostrophes, DoublesEveryApostropheIncludingOneAtTheEnd) {
   EXPECT_EQ(DoubleApostrophes(Variant("O'Brien'")), Variant("O''Brien''"));
 }
