@@ -262,6 +262,9 @@ void Account::ReloadBalances() {
 void Account::PropagateBalance() {
   if (current_.balance == stored_.balance) return;
   const Currency delta = current_.balance - stored_.balance;
+  // A plain account's parent is a sum, which ends the climb at once: its
+  // stored MasterID tells so without building the parent.
+  if (CurrentAccounts().StoredMasterID(current_.parent_id) == 0) return;
   std::shared_ptr<Account> parent = Parent();
   while (true) {
     if (!parent) RaiseRuntime(kErrObjectNotSet);

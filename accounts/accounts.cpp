@@ -14,6 +14,7 @@
 #include "support/conversions.hpp"
 #include "support/error.hpp"
 #include "support/messages.hpp"
+#include "support/nullable.hpp"
 #include "support/text.hpp"
 #include "support/text_helpers.hpp"
 
@@ -39,15 +40,26 @@ class IndexRestorer {
   std::string index_;
 };
 
-// The account of the row the shared table finds under the index, null when none.
-std::shared_ptr<Account> SeekAccount(const char* index, const Variant& value) {
+// Runs read on the row the shared table finds under the index, the index put
+// back afterwards; false when there is no such row.
+template <typename Read>
+bool ReadSoughtRow(const char* index, const Variant& value, Read read) {
   store::Recordset& table = SharedAccountsTable();
   IndexRestorer restore(table);
   table.Index(index);
   table.Seek("=", value);
-  if (table.NoMatch()) return nullptr;
-  auto account = std::make_shared<Account>();
-  account->LoadRecord(&table);
+  if (table.NoMatch()) return false;
+  read(table);
+  return true;
+}
+
+// The account of the row the shared table finds under the index, null when none.
+std::shared_ptr<Account> SeekAccount(const char* index, const Variant& value) {
+  std::shared_ptr<Account> account;
+  ReadSoughtRow(index, value, [&](store::Recordset& table) {
+    account = std::make_shared<Account>();
+    account->LoadRecord(&table);
+  });
   return account;
 }
 
@@ -196,6 +208,17 @@ std::shared_ptr<Account> Accounts::ItemByID(int32_t id) {
   }
   if (id < 0) return nullptr;
   return SeekAccount("ID", Variant(id));
+}
+
+std::optional<int32_t> Accounts::StoredMasterID(int32_t id) {
+  if (id == 0) return 0;  // the class roots' parent, which has no row
+  if (id < 0) return std::nullopt;
+  std::optional<int32_t> master_id;
+  ReadSoughtRow("ID", Variant(id), [&](store::Recordset& table) {
+    if (ReadLong(table, "FCID") == 0 && ReadLong(table, "TaxID") == 0)
+      master_id = ReadLong(table, "MasterID");
+  });
+  return master_id;
 }
 
 std::shared_ptr<Account> Accounts::ItemByCode(const std::string& text) {

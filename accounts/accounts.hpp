@@ -71,6 +71,10 @@ class Accounts {
   std::shared_ptr<Account> Item(const store::Field& field);
   std::shared_ptr<Account> Item(const std::shared_ptr<Account>& account) { return account; }
   Variant ItemExists(const Variant& account_info);
+  // The MasterID of Item(ID), read from the account's row without building
+  // the account. Nothing when that can't tell: no such row, or a row whose
+  // account would also link its currency or tax (which may fail).
+  std::optional<int32_t> StoredMasterID(int32_t id);
   // What defaults to 5, the general ledger and the detail accounts.
   std::shared_ptr<AccountsIndex> Search(const Variant& search_text, const Variant& what = Variant());
   int32_t NewClientID();

@@ -1,8 +1,11 @@
 #include "bookkeeping/periods2.hpp"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <string>
 
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "engine/schema_upkeep.hpp"
 #include "store/constants.hpp"
@@ -18,11 +21,6 @@ namespace {
 constexpr int32_t kStateOpen = 0;
 constexpr int32_t kStateLocked = 1;
 constexpr int32_t kStatePermanent = 2;
-
-store::Database& CurrentDatabase() {
-  if (!State().database) RaiseRuntime(kErrObjectNotSet);
-  return *State().database;
-}
 
 OleDate YearBeginn() { return CDate(State().year_beginn); }
 OleDate YearEndDate() { return CDate(State().year_end); }
@@ -152,8 +150,38 @@ std::string Periods2::Text(const Variant& index_or_date) {
 }
 
 int32_t Periods2::LockingState(const Variant& index_or_date) {
+  if (const std::optional<int32_t> known = KnownState(index_or_date)) return *known;
   if (!Locate(index_or_date)) return kStatePermanent;
   return CurrentState();
+}
+
+// Posting asks for the lock of every entry's date: inside a transaction the
+// states are read once and kept while the table stays unchanged. The answer is
+// the one Locate gives: the row before the first that starts after the date,
+// or the last row when none does.
+std::optional<int32_t> Periods2::KnownState(const Variant& index_or_date) {
+  const uint64_t version = table_->TableVersion();
+  if (version == 0) return std::nullopt;
+  OleDate date;
+  if (!DateOf(index_or_date, date) || !InYear(date)) return kStatePermanent;
+  if (version != states_version_) ReadStates(version);
+  if (states_.empty()) return std::nullopt;
+  auto later = std::find_if(states_.begin(), states_.end(), [&](const KnownPeriod& period) {
+    return period.has_start && period.start > date;
+  });
+  if (later == states_.begin()) return kStatePermanent;
+  return std::prev(later)->state;
+}
+
+void Periods2::ReadStates(uint64_t version) {
+  states_.clear();
+  states_version_ = 0;
+  if (table_->RecordCount() == 0) return;
+  for (table_->MoveFirst(); !table_->Eof(); table_->MoveNext()) {
+    const Variant start = table_->Value("DateFrom");
+    states_.push_back(KnownPeriod{!start.IsNull(), ReadDate(start), CurrentState()});
+  }
+  states_version_ = version;
 }
 
 bool Periods2::Locked(const Variant& index_or_date) { return LockingState(index_or_date) >= kStateLocked; }

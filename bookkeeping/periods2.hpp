@@ -24,7 +24,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "accounts/keyed_collection.hpp"
 #include "store/recordset.hpp"
@@ -99,6 +101,10 @@ class Periods2 {
   void RebuildCollection();
   // Leaves the period's row current; false when the value names no period of the year.
   bool Locate(const Variant& index_or_date);
+  // The state from the rows kept in memory; nothing when the table can't tell
+  // whether its rows changed since they were read.
+  std::optional<int32_t> KnownState(const Variant& index_or_date);
+  void ReadStates(uint64_t version);
   bool DateOf(const Variant& index_or_date, OleDate& date) const;
   int32_t CurrentState() const;
   OleDate CurrentDateFrom() const;
@@ -106,8 +112,17 @@ class Periods2 {
   // Reset, then a period from first_start on every months_step months.
   void SetSteps(OleDate first_start, int months_step);
 
+  struct KnownPeriod {
+    bool has_start = false;
+    OleDate start;
+    int32_t state = 0;
+  };
+
   std::unique_ptr<store::Recordset> table_;
   KeyedCollection<OleDate> periods_;
+  // The rows in index order as last read, and the table's version then.
+  std::vector<KnownPeriod> states_;
+  uint64_t states_version_ = 0;
 };
 
 }  // namespace ldg

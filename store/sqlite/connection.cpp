@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <fstream>
@@ -11,6 +12,7 @@
 #include "store/jet/jet_error.hpp"
 #include "store/sqlite/catalog.hpp"
 #include "store/sqlite/jet_functions.hpp"
+#include "store/sqlite/names.hpp"
 #include "store/store_error.hpp"
 #include "support/error.hpp"
 
@@ -21,6 +23,7 @@ namespace {
 constexpr int kBusyTimeoutMs = 10000;
 constexpr size_t kMaxStatements = 512;
 constexpr const char* kRelatedRecordsTag = "ldg3200:";
+constexpr int kSubJournalInMemory = 1 << 20;
 
 bool FileExists(const std::string& path) {
   struct stat info {};
@@ -34,6 +37,19 @@ bool LooksLikeDatabase(const std::string& path) {
   in.read(header, sizeof header);
   if (in.gcount() == 0) return true;
   return in.gcount() == 16 && std::string_view(header, 16) == std::string_view("SQLite format 3\0", 16);
+}
+
+// A savepoint inside a transaction copies each page it changes into a
+// sub-journal, which SQLite holds in memory up to 64 KiB and then moves to a
+// temporary file for the rest of the transaction. A posted entry, a savepoint
+// of its own, changes about that much, so many entries in one transaction
+// would write their pages out one by one. With a larger bound they stay in
+// memory; the sub-journal empties whenever the last savepoint ends. The bound
+// can only be set before SQLite starts in the process: later the call fails
+// and nothing changes.
+void KeepSubJournalsInMemory() {
+  static const int result = sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, kSubJournalInMemory);
+  (void)result;
 }
 
 }  // namespace
@@ -50,6 +66,7 @@ std::string CanonicalPath(const std::string& path) {
 }
 
 Connection::Connection() {
+  KeepSubJournalsInMemory();
   int code = sqlite3_open_v2(
       ":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX,
       nullptr);
@@ -57,6 +74,8 @@ Connection::Connection() {
   sqlite3_extended_result_codes(db_, 1);
   sqlite3_busy_timeout(db_, kBusyTimeoutMs);
   RegisterJetFunctions(db_);
+  sqlite3_update_hook(db_, &Connection::OnRowWritten, this);
+  sqlite3_rollback_hook(db_, &Connection::OnRollback, this);
 }
 
 Connection::~Connection() {
@@ -67,6 +86,7 @@ Connection::~Connection() {
 }
 
 void Connection::ClearStatements() {
+  ++statement_generation_;
   for (auto& [text, statement] : statements_) sqlite3_finalize(statement);
   statements_.clear();
 }
@@ -82,6 +102,41 @@ sqlite3_stmt* Connection::Prepare(const std::string& sql) {
   if (code != SQLITE_OK) Raise(code);
   statements_.emplace(sql, statement);
   return statement;
+}
+
+void Connection::NoteWrite() {
+  ++write_count_;
+  MoveAllVersions();
+}
+
+const uint64_t* Connection::TableVersionSlot(std::string_view alias, std::string_view table) {
+  std::string key = FoldName(alias) + "." + FoldName(table);
+  return &table_versions_.try_emplace(std::move(key), 0).first->second;
+}
+
+uint64_t Connection::TableVersion(const uint64_t* slot) const {
+  // In autocommit mode (also after SQLite ended a transaction on its own) nothing holds the files.
+  if (level_ == 0 || sqlite3_get_autocommit(db_) != 0) return 0;
+  return std::max(*slot, all_tables_version_);
+}
+
+void Connection::OnRowWritten(void* self, int, const char* alias, const char* table, long long) {
+  auto& connection = *static_cast<Connection*>(self);
+  ++connection.row_writes_;
+  std::string& key = connection.version_key_;
+  key.assign(alias);
+  key += '.';
+  key += table;
+  for (char& c : key) c = FoldAscii(c);
+  connection.table_versions_[key] = ++connection.version_sequence_;
+}
+
+void Connection::OnRollback(void* self) { static_cast<Connection*>(self)->MoveAllVersions(); }
+
+void Connection::RunTransactionStatement(const std::string& sql) {
+  ++write_count_;
+  StatementUse use(Prepare(sql));
+  Step(use);
 }
 
 void Connection::Exec(const std::string& sql) {
@@ -206,19 +261,22 @@ void Connection::CloseFile(const std::string& alias) {
 }
 
 void Connection::BeginTrans() {
-  Exec(level_ == 0 ? std::string("BEGIN") : "SAVEPOINT ldg_" + std::to_string(level_ + 1));
+  // Rows kept from before the transaction may have been changed by others since.
+  if (level_ == 0) MoveAllVersions();
+  RunTransactionStatement(level_ == 0 ? std::string("BEGIN") : "SAVEPOINT ldg_" + std::to_string(level_ + 1));
   ++level_;
 }
 
 void Connection::CommitTrans() {
   if (level_ == 0) RaiseStore(kErrNoTransaction);
-  Exec(level_ == 1 ? std::string("COMMIT") : "RELEASE ldg_" + std::to_string(level_));
+  RunTransactionStatement(level_ == 1 ? std::string("COMMIT") : "RELEASE ldg_" + std::to_string(level_));
   --level_;
 }
 
 void Connection::Rollback() {
   if (level_ == 0) RaiseStore(kErrNoTransaction);
   ++rollback_count_;
+  MoveAllVersions();
   if (level_ == 1) {
     Exec("ROLLBACK");
   } else {

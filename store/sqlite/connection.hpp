@@ -45,6 +45,9 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   // The cached prepared statement for the text.
   sqlite3_stmt* Prepare(const std::string& sql);
+  // Moves whenever the cached statements are finalized: a statement kept from
+  // Prepare is good while this stays the same.
+  uint64_t StatementGeneration() const { return statement_generation_; }
   // Runs a statement that returns no rows (several separated by ";" allowed).
   void Exec(const std::string& sql);
   // Steps a statement; true for a row, false when done; raises on failure.
@@ -54,7 +57,22 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
   // Counts every write through this connection; cached rows compare it.
   uint64_t WriteCount() const { return write_count_; }
-  void NoteWrite() { ++write_count_; }
+  // A write whose rows aren't known one by one: every table's version moves.
+  void NoteWrite();
+  // A record set's own write of a row by rowid: SQLite reports its rows (and
+  // those of the triggers it sets off) to the tables' versions.
+  void NoteRowWrite() { ++write_count_; }
+
+  // Versions of the tables' rows, for rows kept in memory inside one
+  // transaction. A row written in a table, also by a trigger, moves that
+  // table's version; NoteWrite, a rollback and the start of a transaction move
+  // them all. Outside a transaction a version reads 0 ("can't tell"): other
+  // connections may commit between two statements. The slot of a table stays
+  // valid as long as the connection.
+  const uint64_t* TableVersionSlot(std::string_view alias, std::string_view table);
+  uint64_t TableVersion(const uint64_t* slot) const;
+  // Rows inserted, updated or deleted through this connection, triggers included.
+  uint64_t RowWrites() const { return row_writes_; }
   // Counts rollbacks; a catalog reloads when it changed.
   uint64_t RollbackCount() const { return rollback_count_; }
 
@@ -87,11 +105,22 @@ class Connection : public std::enable_shared_from_this<Connection> {
   };
 
   void ClearStatements();
+  // BEGIN, COMMIT, SAVEPOINT and RELEASE: prepared once, and no table's version moves.
+  void RunTransactionStatement(const std::string& sql);
+  void MoveAllVersions() { all_tables_version_ = ++version_sequence_; }
+  static void OnRowWritten(void* self, int operation, const char* alias, const char* table, long long rowid);
+  static void OnRollback(void* self);
 
   sqlite3* db_ = nullptr;
   std::unordered_map<std::string, sqlite3_stmt*> statements_;
   std::map<std::string, AttachedFile> files_;  // by alias
   uint64_t write_count_ = 0;
+  uint64_t statement_generation_ = 0;
+  uint64_t row_writes_ = 0;
+  uint64_t version_sequence_ = 0;
+  uint64_t all_tables_version_ = 0;
+  std::unordered_map<std::string, uint64_t> table_versions_;  // by folded "alias.table"
+  std::string version_key_;                                   // scratch for the row hook
   uint64_t rollback_count_ = 0;
   int level_ = 0;
   int next_alias_ = 1;

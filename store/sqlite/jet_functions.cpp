@@ -8,6 +8,7 @@
 #include <string>
 
 #include "store/jet/like_pattern.hpp"
+#include "store/sqlite/names.hpp"
 #include "support/currency.hpp"
 #include "support/error.hpp"
 #include "support/text.hpp"
@@ -29,8 +30,18 @@ char32_t BaseLetter(char32_t c) {
 int CompareBaseLetters(std::string_view a, std::string_view b) {
   size_t i = 0, j = 0;
   while (i < a.size() && j < b.size()) {
-    const char32_t x = BaseLetter(FoldCase(DecodeUtf8(a, i)));
-    const char32_t y = BaseLetter(FoldCase(DecodeUtf8(b, j)));
+    const auto first = static_cast<unsigned char>(a[i]);
+    const auto second = static_cast<unsigned char>(b[j]);
+    char32_t x = 0;
+    char32_t y = 0;
+    if ((first | second) < 0x80) {
+      // Two ASCII characters, a byte each: FoldCase makes A to Z lower case and keeps the rest.
+      x = static_cast<unsigned char>(FoldAscii(a[i++]));
+      y = static_cast<unsigned char>(FoldAscii(b[j++]));
+    } else {
+      x = BaseLetter(FoldCase(DecodeUtf8(a, i)));
+      y = BaseLetter(FoldCase(DecodeUtf8(b, j)));
+    }
     if (x != y) return x < y ? -1 : 1;
   }
   if (i < a.size()) return 1;

@@ -4,8 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
+#include <functional>
 #include <map>
 #include <optional>
+#include <unordered_map>
 
 #include "store/sqlite/catalog.hpp"
 #include "store/sqlite/connection.hpp"
@@ -19,6 +23,21 @@ namespace {
 
 // Rows a table-type set reads ahead when it moves forward.
 constexpr int kChunk = 1024;
+// Rows a table-type set keeps by rowid for its Seek "=" on the counter.
+constexpr size_t kKnownRows = 512;
+// Spellings of field names a set remembers, and where the callers' texts of
+// them lay, once it has read that many names.
+constexpr size_t kKnownNames = 256;
+constexpr size_t kRecentNames = 256;
+constexpr size_t kNamesBeforeRecent = 64;
+// The comparisons of Seek, and the most keys it takes.
+constexpr std::array<std::string_view, 5> kComparisons = {"=", "<", "<=", ">", ">="};
+constexpr size_t kMaxSeekKeys = 3;
+
+struct NameHash {
+  using is_transparent = void;
+  size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+};
 
 enum class Mode { kTable, kDynaset, kSnapshot };
 enum class Where { kBeforeFirst, kOnRow, kAfterLast };
@@ -147,6 +166,7 @@ class SqliteRecordset final : public Recordset {
   int EditMode() const override { return edit_mode_; }
   void Requery() override;
   bool RowsCurrent() override { return mode_ == Mode::kSnapshot && rows_mark_ == Conn().FreshContentMark(); }
+  uint64_t TableVersion() const override { return mode_ == Mode::kTable ? TargetVersion() : 0; }
   std::unique_ptr<Recordset> Clone() const override { return CloneFrom(); }
   void Close() override {}
 
@@ -162,12 +182,30 @@ class SqliteRecordset final : public Recordset {
   void RequireRow() const;
   Connection& Conn() const { return *source_.connection; }
 
+  // Texts built once per set (per index for the seeks).
+  const std::string& QuotedColumn(size_t ordinal) const;
+  const std::string& SelectList() const;
+  const std::string& RowByRowidSql() const;
+  const std::string& SeekSql(size_t comparison, size_t keys);
+  const std::string& WriteSql(bool insert, const std::vector<size_t>& changed);
+
+  // Rows kept between calls: the version of the write target's table, the rows
+  // a Seek "=" on the counter finds again, and the row the set just wrote.
+  uint64_t TargetVersion() const;
+  bool SeekKnownRow(const std::vector<Variant>& keys);
+  void RememberCurrentRow();
+  const std::vector<Variant>* KeepOwnWrite(uint64_t version_before, uint64_t rows_before, int64_t rowid,
+                                           std::vector<Variant>* row);
+  void MakeCurrent(int64_t rowid, const std::vector<Variant>& row);
+  bool AheadCurrent() const;
+
   // Table-type cursor.
-  std::string SelectList() const;
   std::string OrderBy(bool ascending, size_t keys) const;
   std::vector<Variant> CurrentKeys() const;
   std::string Beyond(bool forward, const std::vector<Variant>& keys, std::vector<Variant>& binds) const;
-  size_t Fetch(const std::string& sql, const std::vector<Variant>& binds, bool keep_ahead);
+  size_t Fetch(sqlite3_stmt* statement, const std::vector<Variant>& binds, bool keep_ahead);
+  // The statement of a text the set keeps (the texts above), prepared once.
+  sqlite3_stmt* PrepareKept(const std::string& sql);
   void TakeAhead();
   void KeepCurrentRow();
   void LoadWholeRow(int ordinal);
@@ -181,6 +219,7 @@ class SqliteRecordset final : public Recordset {
   int64_t RowidOf(size_t row);
 
   // Writes.
+  Variant Default(size_t ordinal);
   void RequireWritable() const;
   int64_t ReserveCounter();
   void BurnCounter(int64_t value);
@@ -201,14 +240,48 @@ class SqliteRecordset final : public Recordset {
   std::vector<Variant> buffer_;
   std::vector<char> dirty_;
   int64_t reserved_counter_ = 0;
-  int64_t next_counter_ = 0;  // the counter after our last insert, while no other write came between
-  uint64_t next_counter_writes_ = 0;
+  int64_t next_counter_ = 0;  // the counter after our last insert, while its table stayed unwritten
+  uint64_t next_counter_version_ = 0;
   std::map<std::string, std::shared_ptr<jet::Criterion>, std::less<>> criteria_;
-  mutable std::array<std::pair<std::string, int>, 8> recent_names_;
-  mutable size_t next_recent_ = 0;
+  mutable std::unordered_map<std::string, int, NameHash, std::equal_to<>> ordinals_;
+  // The names last read, by where the caller's text lies: a name written in
+  // the code is found again without hashing it.
+  struct RecentName {
+    const char* data = nullptr;
+    std::string text;
+    int ordinal = -1;
+  };
+  mutable std::vector<RecentName> recent_names_;  // made once the set has read many names
+  mutable size_t name_reads_ = 0;
+
+  // texts
+  mutable std::vector<std::string> quoted_columns_;
+  mutable std::string select_list_;
+  mutable std::string row_by_rowid_sql_;
+  // What the set builds once for each index it uses.
+  struct IndexTexts {
+    std::vector<int> seek_ordinals;  // the index's fields; filled by the first Seek
+    std::array<std::string, kComparisons.size() * kMaxSeekKeys> seek_sql;
+    std::array<std::string, 2> first_sql;  // [ascending]
+  };
+  std::unordered_map<const IndexInfo*, IndexTexts> index_texts_;  // by the index, one of target_'s
+  IndexTexts* texts_ = nullptr;                                   // the current index's
+  std::vector<std::optional<Variant>> defaults_;                  // parsed once; none for a quoted text
+  std::array<std::vector<size_t>, 2> write_columns_;              // [insert] the columns of write_sql_
+  std::array<std::string, 2> write_sql_;
+  struct KeptStatement {
+    sqlite3_stmt* statement = nullptr;
+    uint64_t generation = 0;
+  };
+  std::unordered_map<const std::string*, KeptStatement> kept_statements_;  // by the kept text
+
+  // rows kept
+  mutable const uint64_t* version_slot_ = nullptr;
+  std::unordered_map<int64_t, std::vector<Variant>> known_rows_;
+  uint64_t known_version_ = 0;
 
   // table-type
-  std::optional<IndexInfo> index_;
+  const IndexInfo* index_ = nullptr;  // one of target_'s
   std::vector<int> key_ordinals_;
   std::vector<Variant> current_;
   // The current row: inside the rows read ahead, or current_ once those go.
@@ -223,6 +296,7 @@ class SqliteRecordset final : public Recordset {
   std::vector<int64_t> ahead_ids_;
   size_t ahead_pos_ = 0;
   uint64_t ahead_writes_ = 0;
+  uint64_t ahead_version_ = 0;
   bool ahead_complete_ = false;
 
   // dynaset and snapshot
@@ -289,13 +363,30 @@ int SqliteRecordset::FindOrdinal(std::string_view name) const {
 
 int SqliteRecordset::Ordinal(std::string_view name) const {
   // Loops read the same few names row after row: remember them as spelled.
-  for (const auto& [spelled, ordinal] : recent_names_) {
-    if (spelled == name) return ordinal;
+  if (recent_names_.empty() && ++name_reads_ >= kNamesBeforeRecent) recent_names_.resize(kRecentNames);
+  RecentName* recent = nullptr;
+  if (!recent_names_.empty()) {
+    const uint64_t place = reinterpret_cast<uintptr_t>(name.data()) * 0x9E3779B97F4A7C15ULL;
+    recent = &recent_names_[(place >> 56) % recent_names_.size()];
+    if (recent->data == name.data() && recent->text.size() == name.size() &&
+        std::memcmp(recent->text.data(), name.data(), name.size()) == 0) {
+      return recent->ordinal;
+    }
   }
-  int ordinal = FindOrdinal(name);
-  if (ordinal < 0) RaiseStore(kErrItemNotFound);
-  recent_names_[next_recent_] = {std::string(name), ordinal};
-  next_recent_ = (next_recent_ + 1) % recent_names_.size();
+  int ordinal = -1;
+  if (auto known = ordinals_.find(name); known != ordinals_.end()) {
+    ordinal = known->second;
+  } else {
+    ordinal = FindOrdinal(name);
+    if (ordinal < 0) RaiseStore(kErrItemNotFound);
+    if (ordinals_.size() >= kKnownNames) ordinals_.clear();
+    ordinals_.emplace(std::string(name), ordinal);
+  }
+  if (recent != nullptr) {
+    recent->data = name.data();
+    recent->text.assign(name);
+    recent->ordinal = ordinal;
+  }
   return ordinal;
 }
 
@@ -453,17 +544,34 @@ void SqliteRecordset::SetCell(int ordinal, const Variant& value) {
 
 // ---- table-type cursor ----
 
-std::string SqliteRecordset::SelectList() const {
-  std::string list = "rowid";
-  for (const auto& column : columns_) list += ", " + Quote(column.base_column);
-  return list;
+const std::string& SqliteRecordset::QuotedColumn(size_t ordinal) const {
+  if (quoted_columns_.size() != columns_.size()) {
+    quoted_columns_.clear();
+    for (const auto& column : columns_) quoted_columns_.push_back(Quote(column.base_column));
+  }
+  return quoted_columns_[ordinal];
+}
+
+const std::string& SqliteRecordset::SelectList() const {
+  if (select_list_.empty()) {
+    select_list_ = "rowid";
+    for (size_t i = 0; i < columns_.size(); ++i) select_list_ += ", " + QuotedColumn(i);
+  }
+  return select_list_;
+}
+
+const std::string& SqliteRecordset::RowByRowidSql() const {
+  if (row_by_rowid_sql_.empty()) {
+    row_by_rowid_sql_ = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE rowid = ?";
+  }
+  return row_by_rowid_sql_;
 }
 
 std::string SqliteRecordset::OrderBy(bool ascending, size_t keys) const {
   std::string order;
   const char* direction = ascending ? "" : " DESC";
   for (size_t i = 0; i < keys && i < key_ordinals_.size(); ++i) {
-    order += Quote(columns_[static_cast<size_t>(key_ordinals_[i])].base_column) + direction + ", ";
+    order += QuotedColumn(static_cast<size_t>(key_ordinals_[i])) + direction + ", ";
   }
   return order + "rowid" + direction;
 }
@@ -480,8 +588,7 @@ std::vector<Variant> SqliteRecordset::CurrentKeys() const {
 std::string SqliteRecordset::Beyond(bool forward, const std::vector<Variant>& keys,
                                     std::vector<Variant>& binds) const {
   std::vector<std::string> names;
-  for (int ordinal : key_ordinals_)
-    names.push_back(Quote(columns_[static_cast<size_t>(ordinal)].base_column));
+  for (int ordinal : key_ordinals_) names.push_back(QuotedColumn(static_cast<size_t>(ordinal)));
   names.push_back("rowid");
   bool any_null = std::any_of(keys.begin(), keys.end(), [](const Variant& v) { return v.IsNull(); });
   if (!any_null) {
@@ -518,9 +625,18 @@ std::string SqliteRecordset::Beyond(bool forward, const std::vector<Variant>& ke
 
 // Runs a select of rows in SelectList form; the first becomes current, the
 // rest are kept to read ahead when keep_ahead. Gives the rows found.
-size_t SqliteRecordset::Fetch(const std::string& sql, const std::vector<Variant>& binds, bool keep_ahead) {
+sqlite3_stmt* SqliteRecordset::PrepareKept(const std::string& sql) {
   Connection& c = Conn();
-  sqlite3_stmt* statement = c.Prepare(sql);
+  KeptStatement& kept = kept_statements_[&sql];
+  if (kept.statement == nullptr || kept.generation != c.StatementGeneration()) {
+    kept.statement = c.Prepare(sql);
+    kept.generation = c.StatementGeneration();
+  }
+  return kept.statement;
+}
+
+size_t SqliteRecordset::Fetch(sqlite3_stmt* statement, const std::vector<Variant>& binds, bool keep_ahead) {
+  Connection& c = Conn();
   StatementUse use(statement);
   for (size_t i = 0; i < binds.size(); ++i) BindValue(statement, static_cast<int>(i + 1), binds[i]);
   KeepCurrentRow();
@@ -538,6 +654,7 @@ size_t SqliteRecordset::Fetch(const std::string& sql, const std::vector<Variant>
     ++found;
   }
   ahead_writes_ = c.WriteCount();
+  ahead_version_ = TargetVersion();
   ahead_complete_ = keep_ahead && found < static_cast<size_t>(kChunk);
   if (found) TakeAhead();
   if (!keep_ahead) {
@@ -551,7 +668,7 @@ size_t SqliteRecordset::Fetch(const std::string& sql, const std::vector<Variant>
 void SqliteRecordset::LoadWholeRow(int ordinal) {
   wanted_[static_cast<size_t>(ordinal)] = 1;
   Connection& c = Conn();
-  StatementUse use(c.Prepare("SELECT " + SelectList() + " FROM " + target_->physical + " WHERE rowid = ?"));
+  StatementUse use(PrepareKept(RowByRowidSql()));
   sqlite3_bind_int64(use, 1, current_id_);
   if (!c.Step(use)) RaiseStore(kErrRecordDeleted);
   std::vector<Variant> row;
@@ -564,8 +681,10 @@ void SqliteRecordset::LoadWholeRow(int ordinal) {
   ahead_ids_.clear();
   ahead_pos_ = 0;
   ahead_complete_ = false;
+  RememberCurrentRow();
 }
 
+// The current row into current_, before the rows it may lie in (read ahead or kept) change.
 void SqliteRecordset::KeepCurrentRow() {
   if (row_ == nullptr || row_ == current_.data()) return;
   current_.assign(row_, row_ + columns_.size());
@@ -582,27 +701,38 @@ void SqliteRecordset::TakeAhead() {
 }
 
 void SqliteRecordset::LoadByRowid(int64_t rowid) {
-  std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE rowid = ?";
-  if (Fetch(sql, {Variant(static_cast<double>(rowid))}, false) == 0) RaiseStore(kErrRecordDeleted);
+  if (Fetch(PrepareKept(RowByRowidSql()), {Variant(static_cast<double>(rowid))}, false) == 0) {
+    RaiseStore(kErrRecordDeleted);
+  }
 }
 
 void SqliteRecordset::TableFirst(bool ascending, bool raise_when_empty) {
-  std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " ORDER BY " +
-                    OrderBy(ascending, key_ordinals_.size()) + " LIMIT " +
-                    std::to_string(ascending ? kChunk : 1);
-  if (Fetch(sql, {}, ascending) == 0) {
+  std::string unindexed;
+  std::string& sql = texts_ ? texts_->first_sql[ascending ? 1 : 0] : unindexed;
+  if (sql.empty()) {
+    sql = "SELECT " + SelectList() + " FROM " + target_->physical + " ORDER BY " +
+          OrderBy(ascending, key_ordinals_.size()) + " LIMIT " + std::to_string(ascending ? kChunk : 1);
+  }
+  if (Fetch(texts_ ? PrepareKept(sql) : Conn().Prepare(sql), {}, ascending) == 0) {
     where_ = ascending ? Where::kAfterLast : Where::kBeforeFirst;
     table_empty_ = true;
     if (raise_when_empty) RaiseStore(kErrNoCurrentRecord);
   }
 }
 
+// The rows read ahead hold while nothing was written on the connection, or,
+// inside a transaction, while their table wasn't.
+bool SqliteRecordset::AheadCurrent() const {
+  if (ahead_writes_ == Conn().WriteCount()) return true;
+  return ahead_version_ != 0 && ahead_version_ == TargetVersion();
+}
+
 void SqliteRecordset::TableStep(bool forward) {
-  if (forward && ahead_pos_ < ahead_ids_.size() && ahead_writes_ == Conn().WriteCount()) {
+  if (forward && ahead_pos_ < ahead_ids_.size() && AheadCurrent()) {
     TakeAhead();
     return;
   }
-  if (forward && ahead_complete_ && ahead_pos_ >= ahead_ids_.size() && ahead_writes_ == Conn().WriteCount()) {
+  if (forward && ahead_complete_ && ahead_pos_ >= ahead_ids_.size() && AheadCurrent()) {
     where_ = Where::kAfterLast;
     return;
   }
@@ -611,7 +741,8 @@ void SqliteRecordset::TableStep(bool forward) {
   std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE " + condition +
                     " ORDER BY " + OrderBy(forward, key_ordinals_.size()) + " LIMIT " +
                     std::to_string(forward ? kChunk : 1);
-  if (Fetch(sql, binds, forward) == 0) where_ = forward ? Where::kAfterLast : Where::kBeforeFirst;
+  if (Fetch(Conn().Prepare(sql), binds, forward) == 0)
+    where_ = forward ? Where::kAfterLast : Where::kBeforeFirst;
 }
 
 // ---- navigation ----
@@ -711,7 +842,7 @@ void SqliteRecordset::AbsolutePosition(int32_t position) {
   if (mode_ == Mode::kTable) {
     std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " ORDER BY " +
                       OrderBy(true, key_ordinals_.size()) + " LIMIT 1 OFFSET " + std::to_string(position);
-    if (Fetch(sql, {}, false) == 0) RaiseStore(kErrInvalidArgument);
+    if (Fetch(Conn().Prepare(sql), {}, false) == 0) RaiseStore(kErrInvalidArgument);
     return;
   }
   if (static_cast<size_t>(position) >= rows_->Count() || !RowLive(static_cast<size_t>(position))) {
@@ -742,7 +873,8 @@ void SqliteRecordset::Index(std::string_view name) {
   if (mode_ != Mode::kTable) RaiseStore(kErrNotSupported);
   const IndexInfo* index = target_->table.FindIndex(name);
   if (!index) RaiseStore(kErrNotAnIndex, name);
-  index_ = *index;
+  index_ = index;
+  texts_ = &index_texts_[index];
   key_ordinals_.clear();
   // An index that is the counter itself orders by rowid alone, which SQLite walks without sorting.
   if (!index_->sql_name.empty()) {
@@ -755,35 +887,122 @@ void SqliteRecordset::Index(std::string_view name) {
   where_ = Where::kBeforeFirst;
 }
 
+const std::string& SqliteRecordset::SeekSql(size_t comparison, size_t keys) {
+  std::string& sql = texts_->seek_sql[comparison * kMaxSeekKeys + keys - 1];
+  if (!sql.empty()) return sql;
+  std::string left = "(";
+  std::string right = "(";
+  for (size_t i = 0; i < keys; ++i) {
+    left += (i ? ", " : "") + QuotedColumn(static_cast<size_t>(texts_->seek_ordinals[i]));
+    right += i ? ", ?" : "?";
+  }
+  const bool backward = kComparisons[comparison] == "<" || kComparisons[comparison] == "<=";
+  sql = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE " + left + ") " +
+        std::string(kComparisons[comparison]) + " " + right + ") ORDER BY " + OrderBy(!backward, keys) +
+        " LIMIT 1";
+  return sql;
+}
+
 void SqliteRecordset::Seek(std::string_view comparison, const Variant& key1, const Variant& key2,
                            const Variant& key3) {
   if (mode_ != Mode::kTable) RaiseStore(kErrNotSupported);
   if (!index_) RaiseStore(kErrNoCurrentIndex);
   if (edit_mode_) CancelUpdate();
-  static const char* const kComparisons[] = {"=", "<", "<=", ">", ">="};
-  auto known = std::find(std::begin(kComparisons), std::end(kComparisons), comparison);
-  if (known == std::end(kComparisons)) RaiseStore(kErrInvalidArgument);
-  std::vector<int> seek_ordinals;
-  for (const auto& field : index_->fields) seek_ordinals.push_back(Ordinal(field));
+  auto known = std::find(kComparisons.begin(), kComparisons.end(), comparison);
+  if (known == kComparisons.end()) RaiseStore(kErrInvalidArgument);
+  std::vector<int>& seek_ordinals = texts_->seek_ordinals;
+  if (seek_ordinals.empty()) {
+    for (const auto& field : index_->fields) seek_ordinals.push_back(Ordinal(field));
+  }
   std::vector<Variant> keys;
   for (const Variant* key : {&key1, &key2, &key3}) {
     if (key->IsEmpty() || keys.size() >= seek_ordinals.size()) break;
     keys.push_back(Coerce(*key, columns_[static_cast<size_t>(seek_ordinals[keys.size()])].type));
   }
   if (keys.empty()) RaiseStore(kErrInvalidArgument);
-  std::string left = "(";
-  std::string right = "(";
-  for (size_t i = 0; i < keys.size(); ++i) {
-    left += (i ? ", " : "") + Quote(columns_[static_cast<size_t>(seek_ordinals[i])].base_column);
-    right += i ? ", ?" : "?";
-  }
-  bool backward = comparison == "<" || comparison == "<=";
-  std::string sql = "SELECT " + SelectList() + " FROM " + target_->physical + " WHERE " + left + ") " +
-                    std::string(comparison) + " " + right + ") ORDER BY " + OrderBy(!backward, keys.size()) +
-                    " LIMIT 1";
-  no_match_ = Fetch(sql, keys, false) == 0;
+  const bool equal = known == kComparisons.begin();
+  if (equal && SeekKnownRow(keys)) return;
+  const std::string& sql = SeekSql(static_cast<size_t>(known - kComparisons.begin()), keys.size());
+  no_match_ = Fetch(PrepareKept(sql), keys, false) == 0;
   // A failed Seek leaves the set at its end, so that MovePrevious lands on the last row.
-  if (no_match_) where_ = Where::kAfterLast;
+  if (no_match_) {
+    where_ = Where::kAfterLast;
+  } else if (equal) {
+    RememberCurrentRow();
+  }
+}
+
+// ---- rows kept ----
+
+uint64_t SqliteRecordset::TargetVersion() const {
+  if (!target_) return 0;
+  if (version_slot_ == nullptr) version_slot_ = Conn().TableVersionSlot(target_->alias, target_->table.name);
+  return Conn().TableVersion(version_slot_);
+}
+
+// A Seek "=" on the counter's own index finds a row kept from before when the
+// table hasn't changed since: the key is the rowid.
+bool SqliteRecordset::SeekKnownRow(const std::vector<Variant>& keys) {
+  if (!index_->sql_name.empty() || keys.size() != 1 || keys[0].Type() != VarType::kLong) return false;
+  const uint64_t version = TargetVersion();
+  if (version == 0 || version != known_version_) return false;
+  auto found = known_rows_.find(keys[0].AsLong());
+  if (found == known_rows_.end()) return false;
+  MakeCurrent(found->first, found->second);
+  no_match_ = false;
+  return true;
+}
+
+void SqliteRecordset::RememberCurrentRow() {
+  const uint64_t version = TargetVersion();
+  if (version == 0) return;
+  KeepCurrentRow();
+  if (version != known_version_ || known_rows_.size() >= kKnownRows) {
+    known_rows_.clear();
+    known_version_ = version;
+  }
+  known_rows_[current_id_].assign(row_, row_ + columns_.size());
+}
+
+// After this set wrote the row (row null: added or deleted it): when that was
+// the only row written, the rows kept before stay valid, and the row as
+// written (moved from row) is kept too; gives where it lies then, else null.
+const std::vector<Variant>* SqliteRecordset::KeepOwnWrite(uint64_t version_before, uint64_t rows_before,
+                                                          int64_t rowid, std::vector<Variant>* row) {
+  const bool kept_current = version_before != 0 && version_before == known_version_;
+  if (!kept_current || Conn().RowWrites() != rows_before + 1) {
+    KeepCurrentRow();
+    known_rows_.clear();
+    known_version_ = 0;
+    return nullptr;
+  }
+  known_version_ = TargetVersion();
+  if (row == nullptr) {
+    KeepCurrentRow();
+    known_rows_.erase(rowid);
+    return nullptr;
+  }
+  if (known_rows_.size() >= kKnownRows && known_rows_.count(rowid) == 0) return nullptr;
+  // The current row may lie in the row replaced here: the caller makes the new one current.
+  std::vector<Variant>& kept = known_rows_[rowid];
+  kept = std::move(*row);
+  return &kept;
+}
+
+// The row becomes current alone, as a Seek that reads it leaves the set. It is
+// read where it is kept; KeepCurrentRow copies it before the kept rows change.
+void SqliteRecordset::MakeCurrent(int64_t rowid, const std::vector<Variant>& row) {
+  row_ = row.data();
+  current_id_ = rowid;
+  ahead_.clear();
+  ahead_ids_.clear();
+  ahead_pos_ = 0;
+  ahead_complete_ = false;
+  ahead_writes_ = Conn().WriteCount();
+  ahead_version_ = TargetVersion();
+  current_deleted_ = false;
+  table_empty_ = false;
+  where_ = Where::kOnRow;
 }
 
 // ---- Find ----
@@ -874,10 +1093,10 @@ void SqliteRecordset::RequireWritable() const {
 
 int64_t SqliteRecordset::ReserveCounter() {
   Connection& c = Conn();
-  // Inside a transaction nobody else writes the file: the next number follows our own last insert.
-  if (c.TransactionLevel() > 0 && next_counter_ > 0 && next_counter_writes_ == c.WriteCount()) {
-    return next_counter_;
-  }
+  // Inside a transaction nobody else writes the file: while the table wasn't written
+  // since our own last insert, the next number follows that insert.
+  const uint64_t version = TargetVersion();
+  if (next_counter_ > 0 && version != 0 && next_counter_version_ == version) return next_counter_;
   StatementUse use(c.Prepare("SELECT max(coalesce((SELECT seq FROM " + Quote(target_->alias) +
                              ".sqlite_sequence WHERE name = ?1), 0), coalesce((SELECT max(rowid) FROM " +
                              target_->physical + "), 0)) + 1"));
@@ -902,15 +1121,30 @@ void SqliteRecordset::BurnCounter(int64_t value) {
   c.NoteWrite();
 }
 
+// A default is parsed once, but a quoted text again at every use: read as a
+// date it follows the locale.
+Variant SqliteRecordset::Default(size_t ordinal) {
+  if (defaults_.size() != columns_.size()) {
+    defaults_.clear();
+    for (const auto& column : columns_) {
+      const bool quoted = column.default_value.find_first_of("\"'") != std::string::npos;
+      defaults_.push_back(quoted ? std::nullopt
+                                 : std::optional(ParseDefault(column.default_value, column.type)));
+    }
+  }
+  const std::optional<Variant>& parsed = defaults_[ordinal];
+  return parsed ? *parsed : ParseDefault(columns_[ordinal].default_value, columns_[ordinal].type);
+}
+
 void SqliteRecordset::AddNew() {
   RequireWritable();
   if (edit_mode_) CancelUpdate();
   buffer_.assign(columns_.size(), Variant::Null());
   dirty_.assign(columns_.size(), 0);
   for (size_t i = 0; i < columns_.size(); ++i) {
-    Variant preset = ParseDefault(columns_[i].default_value, columns_[i].type);
+    Variant preset = Default(i);
     if (!preset.IsEmpty()) {
-      buffer_[i] = preset;
+      buffer_[i] = std::move(preset);
       dirty_[i] = 1;
     }
   }
@@ -941,6 +1175,31 @@ void SqliteRecordset::CancelUpdate() {
   edit_mode_ = 0;
   if (mode == 2 && reserved_counter_ > 0) BurnCounter(reserved_counter_);
   reserved_counter_ = 0;
+}
+
+// "INSERT INTO t (columns) VALUES (?, ...)" or "UPDATE t SET column = ?, ... WHERE rowid = ?";
+// a row cycle writes the same columns time after time.
+const std::string& SqliteRecordset::WriteSql(bool insert, const std::vector<size_t>& changed) {
+  std::string& sql = write_sql_[insert ? 1 : 0];
+  std::vector<size_t>& columns = write_columns_[insert ? 1 : 0];
+  if (!sql.empty() && columns == changed) return sql;
+  columns = changed;
+  kept_statements_.erase(&sql);
+  if (insert) {
+    std::string names;
+    std::string marks;
+    for (size_t i : changed) {
+      names += (names.empty() ? "" : ", ") + QuotedColumn(i);
+      marks += marks.empty() ? "?" : ", ?";
+    }
+    sql = names.empty() ? "INSERT INTO " + target_->physical + " DEFAULT VALUES"
+                        : "INSERT INTO " + target_->physical + " (" + names + ") VALUES (" + marks + ")";
+    return sql;
+  }
+  std::string sets;
+  for (size_t i : changed) sets += (sets.empty() ? "" : ", ") + QuotedColumn(i) + " = ?";
+  sql = "UPDATE " + target_->physical + " SET " + sets + " WHERE rowid = ?";
+  return sql;
 }
 
 // The rowid of a row of a dynaset over a query, found by the base table's
@@ -983,25 +1242,20 @@ void SqliteRecordset::Update() {
         }
       }
     }
-    std::string names;
-    std::string marks;
-    for (size_t i : changed) {
-      names += (names.empty() ? "" : ", ") + Quote(columns_[i].base_column);
-      marks += marks.empty() ? "?" : ", ?";
-    }
-    std::string sql = names.empty()
-                          ? "INSERT INTO " + target_->physical + " DEFAULT VALUES"
-                          : "INSERT INTO " + target_->physical + " (" + names + ") VALUES (" + marks + ")";
+    const uint64_t version_before = TargetVersion();
+    const uint64_t rows_before = c.RowWrites();
     {
-      StatementUse use(c.Prepare(sql));
+      StatementUse use(PrepareKept(WriteSql(true, changed)));
       for (size_t k = 0; k < changed.size(); ++k)
         BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
       c.Step(use);
     }
-    c.NoteWrite();
+    c.NoteRowWrite();
     int64_t rowid = sqlite3_last_insert_rowid(c.Handle());
+    // The new row isn't kept: defaults set by triggers may have changed it.
+    KeepOwnWrite(version_before, rows_before, rowid, nullptr);
     next_counter_ = reserved_counter_ > 0 ? reserved_counter_ + 1 : 0;
-    next_counter_writes_ = c.WriteCount();
+    next_counter_version_ = TargetVersion();
     if (mode_ == Mode::kTable) {
       last_modified_ = rowid;
     } else {
@@ -1015,19 +1269,28 @@ void SqliteRecordset::Update() {
     }
   } else {
     int64_t rowid = mode_ == Mode::kTable ? current_id_ : RowidOf(pos_);
+    const std::vector<Variant>* kept = nullptr;
     if (!changed.empty()) {
-      std::string sets;
-      for (size_t i : changed) sets += (sets.empty() ? "" : ", ") + Quote(columns_[i].base_column) + " = ?";
-      StatementUse use(c.Prepare("UPDATE " + target_->physical + " SET " + sets + " WHERE rowid = ?"));
-      for (size_t k = 0; k < changed.size(); ++k)
-        BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
-      sqlite3_bind_int64(use, static_cast<int>(changed.size() + 1), rowid);
-      c.Step(use);
-      c.NoteWrite();
+      const uint64_t version_before = TargetVersion();
+      const uint64_t rows_before = c.RowWrites();
+      {
+        StatementUse use(PrepareKept(WriteSql(false, changed)));
+        for (size_t k = 0; k < changed.size(); ++k)
+          BindValue(use, static_cast<int>(k + 1), buffer_[changed[k]]);
+        sqlite3_bind_int64(use, static_cast<int>(changed.size() + 1), rowid);
+        c.Step(use);
+      }
+      c.NoteRowWrite();
+      // The buffer holds the whole row as it now stands (Edit read it all).
+      kept = KeepOwnWrite(version_before, rows_before, rowid, mode_ == Mode::kTable ? &buffer_ : nullptr);
     }
     if (mode_ == Mode::kTable) {
-      current_ = buffer_;
-      row_ = current_.data();
+      if (kept != nullptr) {
+        row_ = kept->data();
+      } else {
+        current_ = std::move(buffer_);  // no longer read once the edit ends
+        row_ = current_.data();
+      }
       last_modified_ = rowid;
     } else {
       std::copy(buffer_.begin(), buffer_.end(),
@@ -1045,12 +1308,15 @@ void SqliteRecordset::Delete() {
   RequireRow();
   Connection& c = Conn();
   int64_t rowid = mode_ == Mode::kTable ? current_id_ : RowidOf(pos_);
+  const uint64_t version_before = TargetVersion();
+  const uint64_t rows_before = c.RowWrites();
   {
     StatementUse use(c.Prepare("DELETE FROM " + target_->physical + " WHERE rowid = ?"));
     sqlite3_bind_int64(use, 1, rowid);
     c.Step(use);
   }
-  c.NoteWrite();
+  c.NoteRowWrite();
+  KeepOwnWrite(version_before, rows_before, rowid, nullptr);
   if (mode_ == Mode::kTable) {
     current_deleted_ = true;
   } else {

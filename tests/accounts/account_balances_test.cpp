@@ -6,11 +6,13 @@
 #include <string>
 
 #include "accounts/account.hpp"
+#include "accounts/account_links.hpp"
 #include "accounts/recalc_balances.hpp"
 #include "engine/engine_state.hpp"
 #include "store/database.hpp"
 #include "store/workspace.hpp"
 #include "tests/accounts/balance_fixture.hpp"
+#include "tests/accounts/collections_fixture.hpp"
 
 namespace ldg {
 namespace {
@@ -210,6 +212,28 @@ TEST_F(AccountBalancesTest, APostingOnAPlainAccountClimbsNowhere) {
   EXPECT_EQ(StoredCurrency(id, "Balance"), Amount("-30.5"));
   EXPECT_EQ(StoredCurrency(id, "ChildrensBalance"), Amount("0"));
   EXPECT_EQ(StoredCurrency(sum, "ChildrensBalance"), Amount("0"));
+}
+
+TEST_F(AccountBalancesTest, APostingOnAnAccountWhoseParentRowIsGoneRaises91) {
+  const int32_t id = InsertPlain(InsertSum(RootA(), "1", "Aktiven"), "1000");
+  SetColumn(id, "ParentID", "4711");
+  const Error error = ErrorOf([&] { Post(id, Amount("1")); });
+  EXPECT_EQ(error.Number(), 91);
+  EXPECT_EQ(error.Description(), "Object variable or With block variable not set");
+  EXPECT_EQ(StoredCurrency(id, "Balance"), Amount("0"));
+}
+
+// The parent is built as an account, so a currency it can't link stops the posting.
+TEST_F(AccountBalancesTest, APostingBelowASumWithACurrencyFailsWhileNoCurrenciesAreLinked) {
+  const int32_t sum = InsertSum(RootA(), "1", "Aktiven");
+  const int32_t id = InsertPlain(sum, "1000");
+  chart_testing::LinksGuard links;
+  RegisteredAccountLinks().forein_currency_item = nullptr;
+  SetColumn(sum, "FCID", "3");
+  const Error error = ErrorOf([&] { Post(id, Amount("1")); });
+  EXPECT_EQ(error.Number(), 91);
+  EXPECT_EQ(error.Description(), "Object variable or With block variable not set");
+  EXPECT_EQ(StoredCurrency(id, "Balance"), Amount("0"));
 }
 
 TEST_F(AccountBalancesTest, TheForeignBalanceIsNotPropagated) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "accounts/account.hpp"
 #include "accounts/account_handles.hpp"
 #include "accounts/account_links.hpp"
@@ -47,6 +49,32 @@ class AccountsTest : public CollectionsTest {
   int32_t master_ = 0;
   int32_t detail_ = 0;
 };
+
+// ---- StoredMasterID ----
+
+TEST_F(AccountsTest, StoredMasterIDGivesWhatTheItemWouldHold) {
+  Accounts& accounts = *engine_->Accounts();
+  for (int32_t id : {cash_, master_, detail_, assets_, 0}) {
+    EXPECT_EQ(accounts.StoredMasterID(id), accounts.Item(Variant(id))->MasterID()) << id;
+  }
+  EXPECT_EQ(accounts.StoredMasterID(detail_), master_);
+  EXPECT_EQ(accounts.StoredMasterID(cash_), 0);
+}
+
+TEST_F(AccountsTest, StoredMasterIDOfNoAccountIsNothing) {
+  Accounts& accounts = *engine_->Accounts();
+  EXPECT_EQ(accounts.StoredMasterID(4711), std::nullopt);
+  EXPECT_EQ(accounts.StoredMasterID(-1), std::nullopt);
+}
+
+// Building such an account links its currency or tax, which may fail: only the item can tell.
+TEST_F(AccountsTest, StoredMasterIDOfAnAccountWithACurrencyOrTaxIsNothing) {
+  Accounts& accounts = *engine_->Accounts();
+  Db().Execute("UPDATE Accounts SET FCID = 3 WHERE ID = " + std::to_string(cash_) + ";");
+  Db().Execute("UPDATE Accounts SET TaxID = 2 WHERE ID = " + std::to_string(assets_) + ";");
+  EXPECT_EQ(accounts.StoredMasterID(cash_), std::nullopt);
+  EXPECT_EQ(accounts.StoredMasterID(assets_), std::nullopt);
+}
 
 TEST_F(AccountsTest, OpeningADatabaseCreatesTheAccountsThatTheEngineWideStatePointsAt) {
   ASSERT_NE(engine_->Accounts(), nullptr);

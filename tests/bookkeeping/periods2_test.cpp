@@ -404,5 +404,80 @@ TEST_F(Periods2Test, KeyIsKeyFollowedByTheStartDate) {
   EXPECT_EQ(Periods().Key(Variant(Date(2026, 6, 30))), "Key01.04.2026");
 }
 
+// ---- Locks asked inside a transaction ----
+// Posting asks for the lock of every entry's date. Inside a transaction the
+// answers come from the states as last read while the table stays unchanged;
+// any change of the table shows at once.
+
+TEST_F(Periods2Test, InsideATransactionEveryDayAnswersAsOutside) {
+  ASSERT_TRUE(Periods().SetMonth());
+  Periods().Locked(Pos(2), true);
+  Periods().Permanent(Pos(5), true);
+  Periods().LockingState(Pos(12), 1);
+  std::vector<int32_t> outside;
+  std::vector<int32_t> by_position;
+  const double first = Date(2025, 12, 30).Serial();
+  for (int day = 0; day < 368; ++day)
+    outside.push_back(Periods().LockingState(Variant(OleDate(first + day))));
+  for (int32_t position = 0; position <= 13; ++position)
+    by_position.push_back(Periods().LockingState(Pos(position)));
+  engine_->BeginTrans();
+  for (int day = 0; day < 368; ++day) {
+    const Variant date(OleDate(first + day));
+    EXPECT_EQ(Periods().LockingState(date), outside[static_cast<size_t>(day)]) << CStr(date);
+    EXPECT_EQ(Periods().Locked(date), outside[static_cast<size_t>(day)] >= 1) << CStr(date);
+  }
+  for (int32_t position = 0; position <= 13; ++position) {
+    EXPECT_EQ(Periods().LockingState(Pos(position)), by_position[static_cast<size_t>(position)]) << position;
+  }
+  engine_->CommitTrans();
+  EXPECT_EQ(by_position, (std::vector<int32_t>{2, 0, 1, 0, 0, 2, 0, 0, 0, 0, 0, 0, 1, 2}));
+  EXPECT_EQ(outside[0], 2);
+  EXPECT_EQ(outside[40], 1);
+  EXPECT_EQ(outside[130], 2);
+  EXPECT_EQ(outside[200], 0);
+}
+
+TEST_F(Periods2Test, InsideATransactionTheObjectsOwnLockIsSeen) {
+  ASSERT_TRUE(Periods().Add(Date(2026, 7, 1)));
+  engine_->BeginTrans();
+  EXPECT_FALSE(Periods().Locked(Variant(Date(2026, 8, 15))));
+  Periods().Locked(Variant(Date(2026, 8, 15)), true);
+  EXPECT_TRUE(Periods().Locked(Variant(Date(2026, 8, 15))));
+  EXPECT_FALSE(Periods().Locked(Variant(Date(2026, 6, 30))));
+  ASSERT_TRUE(Periods().Add(Date(2026, 10, 1)));
+  EXPECT_TRUE(Periods().Locked(Variant(Date(2026, 9, 30))));
+  EXPECT_FALSE(Periods().Locked(Variant(Date(2026, 10, 1))));
+  engine_->CommitTrans();
+}
+
+TEST_F(Periods2Test, InsideATransactionALockOfAnotherObjectIsSeen) {
+  engine_->BeginTrans();
+  EXPECT_FALSE(Periods().Locked(Variant(Date(2026, 5, 5))));
+  Periods2 other;
+  other.Locked(Pos(1), true);
+  EXPECT_TRUE(Periods().Locked(Variant(Date(2026, 5, 5))));
+  engine_->CommitTrans();
+}
+
+TEST_F(Periods2Test, InsideATransactionALockWrittenByAStatementIsSeen) {
+  engine_->BeginTrans();
+  EXPECT_EQ(Periods().LockingState(Variant(Date(2026, 5, 5))), 0);
+  Db().Execute("UPDATE Periods2 SET LockingState = 2;", store::dbFailOnError);
+  EXPECT_EQ(Periods().LockingState(Variant(Date(2026, 5, 5))), 2);
+  engine_->CommitTrans();
+}
+
+TEST_F(Periods2Test, ALockRolledBackIsNoLongerSeen) {
+  engine_->BeginTrans();
+  EXPECT_FALSE(Periods().Locked(Variant(Date(2026, 5, 5))));
+  engine_->BeginTrans();
+  Periods().Locked(Pos(1), true);
+  EXPECT_TRUE(Periods().Locked(Variant(Date(2026, 5, 5))));
+  engine_->Rollback();
+  EXPECT_FALSE(Periods().Locked(Variant(Date(2026, 5, 5))));
+  engine_->CommitTrans();
+}
+
 }  // namespace
 }  // namespace ldg

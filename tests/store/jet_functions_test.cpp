@@ -52,6 +52,17 @@ TEST_F(JetFunctions, CollationSortsAccentNextToItsLetter) {
   EXPECT_EQ(Value("SELECT 'A300' < 'Ä300' COLLATE JET"), "1");
 }
 
+// Upper case letters sort as lower case ones, so the signs between the two
+// alphabets ("_" among them) come before every letter.
+TEST_F(JetFunctions, CollationFoldsAsciiToLowerCase) {
+  EXPECT_EQ(Value("SELECT 'ABC' = 'abc' COLLATE JET"), "1");
+  EXPECT_EQ(Value("SELECT '_x' < 'Ax' COLLATE JET"), "1");
+  EXPECT_EQ(Value("SELECT 'Z' < '_' COLLATE JET"), "0");
+  EXPECT_EQ(Value("SELECT 'ab' < 'ABC' COLLATE JET"), "1");
+  EXPECT_EQ(Value("SELECT 'xä1' < 'XA2' COLLATE JET"), "1");
+  EXPECT_EQ(Value("SELECT 'Xa2' < 'xÄ1' COLLATE JET"), "0");
+}
+
 TEST_F(JetFunctions, LikeIsTrueAsMinusOne) {
   EXPECT_EQ(Value("SELECT jet_like('VAT210200', 'vat*')"), "-1");
   EXPECT_EQ(Value("SELECT jet_like('ABC', 'vat*')"), "0");
