@@ -23,8 +23,7 @@ struct Arguments {
 
 void Run(const Arguments& arguments) {
   const OutputFormat format = ParseOutputFormat(arguments.format);
-  std::optional<OleDate> at_date;
-  if (!arguments.at.empty()) at_date = ParseIsoDate(arguments.at, "--at");
+  const std::optional<OleDate> at_date = ParseOptionalIsoDate(arguments.at, "--at");
   OpenedYearFile opened(arguments.file);
   TrialBalance(opened.engine(), at_date).Print(std::cout, format);
 }

@@ -61,6 +61,15 @@ OleDate ParseIsoDate(const std::string& text, const std::string& option) {
   return *date;
 }
 
+std::optional<OleDate> ParseOptionalIsoDate(const std::string& text, const std::string& option) {
+  if (text.empty()) return std::nullopt;
+  return ParseIsoDate(text, option);
+}
+
+Variant IsoDateOption(const std::string& text, const std::string& option) {
+  return text.empty() ? Variant() : Variant(ParseIsoDate(text, option));
+}
+
 TableOutput ChartListing(Accounts& accounts, const std::optional<OleDate>& at_date) {
   TableOutput table({"Code", "Name", "Kind", "Balance"});
   table.AlignRight(3);

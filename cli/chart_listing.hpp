@@ -13,6 +13,7 @@
 #include "accounts/accounts.hpp"
 #include "cli/table_output.hpp"
 #include "support/ole_date.hpp"
+#include "support/variant.hpp"
 
 namespace ldg::cli {
 
@@ -25,5 +26,9 @@ std::string KindName(int16_t kind);
 std::optional<OleDate> ReadIsoDate(const std::string& text);
 // A date given as yyyy-mm-dd; anything else is an ldg::Error naming the option.
 OleDate ParseIsoDate(const std::string& text, const std::string& option);
+// An optional date option: nothing when the text is empty, else as ParseIsoDate.
+std::optional<OleDate> ParseOptionalIsoDate(const std::string& text, const std::string& option);
+// The same as a Variant: Empty when the text is empty, else the date.
+Variant IsoDateOption(const std::string& text, const std::string& option);
 
 }  // namespace ldg::cli

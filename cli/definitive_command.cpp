@@ -22,7 +22,7 @@ struct Arguments {
 };
 
 void Run(const Arguments& arguments) {
-  const Variant from = arguments.from.empty() ? Variant() : Variant(ParseIsoDate(arguments.from, "--from"));
+  const Variant from = IsoDateOption(arguments.from, "--from");
   const Variant to(ParseIsoDate(arguments.to, "--to"));
   OpenedYearFile opened(arguments.file);
   const int32_t count = opened.engine().BookEntries()->DoDefinitive(Variant(), from, to);

@@ -32,10 +32,6 @@ struct Arguments {
   std::string format = "text";
 };
 
-Variant DateOption(const std::string& text, const std::string& option) {
-  return text.empty() ? Variant() : Variant(ParseIsoDate(text, option));
-}
-
 std::string DocumentText(const std::string& text) {
   if (text.size() != 14 || text.find_first_not_of("0123456789") != std::string::npos) return text;
   const size_t first = text.find_first_not_of('0');
@@ -70,8 +66,8 @@ TableOutput EntryListing(store::Database& database, const Variant& from, const V
 
 void Run(const Arguments& arguments) {
   const OutputFormat format = ParseOutputFormat(arguments.format);
-  const Variant from = DateOption(arguments.from, "--from");
-  const Variant to = DateOption(arguments.to, "--to");
+  const Variant from = IsoDateOption(arguments.from, "--from");
+  const Variant to = IsoDateOption(arguments.to, "--to");
   OpenedYearFile opened(arguments.file);
   EntryListing(*opened.engine().Database(), from, to).Print(std::cout, format);
 }
