@@ -131,12 +131,7 @@ void Account::Update() {
   store::Workspace& workspace = *State().workspace;
   workspace.BeginTrans();
   try {
-    Validate();
-    if (current_.id != 0) {
-      ExecuteUpdate();
-    } else {
-      ExecuteInsert();
-    }
+    UpdateInCallersTransaction();
     workspace.CommitTrans();
   } catch (...) {
     // The error goes on as it came; the object keeps its values and its stored copy.
@@ -145,6 +140,15 @@ void Account::Update() {
     } catch (const Error&) {
     }
     throw;
+  }
+}
+
+void Account::UpdateInCallersTransaction() {
+  Validate();
+  if (current_.id != 0) {
+    ExecuteUpdate();
+  } else {
+    ExecuteInsert();
   }
 }
 

@@ -137,8 +137,12 @@ class Account : public Object {
   void WorkedBalance(Currency value);
   int32_t ReferenceNr() const { return current_.reference_nr; }
 
-  // The only path that stores an account: Validate and write, in one transaction.
+  // Stores the account on its own: Validate and write, in one transaction.
   void Update();
+  // Update for a caller inside its own transaction that takes back all it wrote
+  // when an error comes out of here (the posting of an entry's lines): the same
+  // checks and writes, without a nested transaction per call.
+  void UpdateInCallersTransaction();
   // The steps of Update; they open no transaction of their own.
   void ExecuteInsert();
   void ExecuteUpdate();

@@ -152,7 +152,9 @@ void Movement::ShiftBalances(ldg::Account& account, Currency amount, Currency fc
   if (reload) account.ReloadBalances();
   account.SetBalance(account.Balance() + amount);
   account.SetFCBalance(account.FCBalance() + fc_amount);
-  account.Update();
+  // Every caller runs inside the entry's transaction, which is rolled back as a
+  // whole when this fails.
+  account.UpdateInCallersTransaction();
 }
 
 void Movement::Save() {

@@ -118,14 +118,28 @@ double ReadDouble(const Record& record, std::string_view field) { return ReadDou
 float ReadSingle(const Record& record, std::string_view field) { return ReadSingle(record.Value(field)); }
 OleDate ReadDate(const Record& record, std::string_view field) { return ReadDate(record.Value(field)); }
 
-int32_t ReadLong(const Variant& value) { return ReadOrDefault(FieldType::kLong, value).AsLong(); }
-int16_t ReadInteger(const Variant& value) { return ReadOrDefault(FieldType::kInteger, value).AsInteger(); }
+// A value that already has the type is its own reading; the conversion would copy it unchanged.
+int32_t ReadLong(const Variant& value) {
+  if (value.Type() == VarType::kLong) return value.AsLong();
+  return ReadOrDefault(FieldType::kLong, value).AsLong();
+}
+int16_t ReadInteger(const Variant& value) {
+  if (value.Type() == VarType::kInteger) return value.AsInteger();
+  return ReadOrDefault(FieldType::kInteger, value).AsInteger();
+}
 uint8_t ReadByte(const Variant& value) { return ReadOrDefault(FieldType::kByte, value).AsByte(); }
 Currency ReadCurrency(const Variant& value) {
+  if (value.Type() == VarType::kCurrency) return value.AsCurrency();
   return ReadOrDefault(FieldType::kCurrency, value).AsCurrency();
 }
-std::string ReadString(const Variant& value) { return ReadOrDefault(FieldType::kString, value).AsString(); }
-bool ReadBoolean(const Variant& value) { return ReadOrDefault(FieldType::kBoolean, value).AsBoolean(); }
+std::string ReadString(const Variant& value) {
+  if (value.Type() == VarType::kString) return value.AsString();
+  return ReadOrDefault(FieldType::kString, value).AsString();
+}
+bool ReadBoolean(const Variant& value) {
+  if (value.Type() == VarType::kBoolean) return value.AsBoolean();
+  return ReadOrDefault(FieldType::kBoolean, value).AsBoolean();
+}
 double ReadDouble(const Variant& value) { return ReadOrDefault(FieldType::kDouble, value).AsDouble(); }
 float ReadSingle(const Variant& value) { return ReadOrDefault(FieldType::kSingle, value).AsSingle(); }
 OleDate ReadDate(const Variant& value) { return ReadOrDefault(FieldType::kDate, value).AsDate(); }

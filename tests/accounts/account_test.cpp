@@ -75,6 +75,30 @@ TEST_F(AccountTest, ChangingTheCodeOfAStoredAccountRaises1237AndWritesNothing) {
   EXPECT_EQ(CStr(cash->Code()), "1001");  // the object keeps its values
 }
 
+TEST_F(AccountTest, UpdateInCallersTransactionWritesIntoTheOpenTransactionAndLeavesItOpen) {
+  State().workspace->BeginTrans();
+  auto cash = Fresh(cash_);
+  cash->Name(Variant("Kasse neu"));
+  cash->UpdateInCallersTransaction();
+  EXPECT_EQ(State().workspace->TransactionLevel(), 1);
+  EXPECT_EQ(CStr(Column(cash_, "Name")), "Kasse neu");
+  State().workspace->Rollback();
+  EXPECT_EQ(CStr(Column(cash_, "Name")), "Kasse");
+}
+
+TEST_F(AccountTest, UpdateInCallersTransactionRaisesTheValidationErrorsOfUpdateAndWritesNothing) {
+  State().workspace->BeginTrans();
+  auto cash = Fresh(cash_);
+  cash->Name(Variant("Kasse neu"));
+  cash->TaxCanChoose(true);
+  const Error error = ErrorOf([&] { cash->UpdateInCallersTransaction(); });
+  EXPECT_EQ(error.Number(), static_cast<int32_t>(0x8004046B));
+  EXPECT_EQ(error.Description(), "TaxCanChoose property set to true, but no tax set!");
+  EXPECT_EQ(State().workspace->TransactionLevel(), 1);
+  EXPECT_EQ(CStr(Column(cash_, "Name")), "Kasse");
+  State().workspace->Rollback();
+}
+
 TEST_F(AccountTest, AFailingUpdateInsideACallersTransactionRollsBackOnlyItsOwnLevel) {
   State().workspace->BeginTrans();
   auto cash = Fresh(cash_);

@@ -96,6 +96,23 @@ TEST(TypedReaders, ReadPlainValues) {
   EXPECT_EQ(ReadSingle(Variant(0.5)), 0.5f);
 }
 
+TEST(TypedReaders, ReadValuesOfTheirOwnTypeAsTheyAre) {
+  EXPECT_EQ(ReadLong(Variant(int32_t{-70000})), -70000);
+  EXPECT_EQ(ReadInteger(Variant(int16_t{-3})), -3);
+  EXPECT_EQ(ReadCurrency(Variant(*Currency::Parse("12.3456"))), *Currency::Parse("12.3456"));
+  EXPECT_EQ(ReadString(Variant("Kasse")), "Kasse");
+  EXPECT_TRUE(ReadBoolean(Variant(true)));
+  EXPECT_FALSE(ReadBoolean(Variant(false)));
+}
+
+TEST(TypedReaders, ReadValuesOfAnotherTypeConverted) {
+  EXPECT_EQ(ReadLong(Variant(int16_t{4})), 4);
+  EXPECT_EQ(ReadInteger(Variant(int32_t{7})), 7);
+  EXPECT_EQ(ReadCurrency(Variant(int32_t{2})), *Currency::Parse("2"));
+  EXPECT_EQ(ReadString(Variant(int32_t{42})), "42");
+  EXPECT_TRUE(ReadBoolean(Variant(int32_t{-1})));
+}
+
 TEST(NullableWrite, EmptyValueOfTheTypeIsNull) {
   EXPECT_TRUE(NullableWrite("Lng", Variant(int32_t{0})).IsNull());
   EXPECT_TRUE(NullableWrite("Int", Variant(int16_t{0})).IsNull());
