@@ -72,7 +72,7 @@ Variant IsoDateOption(const std::string& text, const std::string& option) {
 
 TableOutput ChartListing(Accounts& accounts, const std::optional<OleDate>& at_date) {
   TableOutput table({"Code", "Name", "Kind", "Balance"});
-  table.AlignRight(3);
+  table.AmountColumn(3);
   ChartRows rows(table, at_date);
   for (const auto& root : accounts.Item(Variant(int32_t{0}))->Children()) rows.Add(*root, 0);
   return table;

@@ -52,7 +52,7 @@ std::string Statement(const Variant& from, const Variant& to) {
 TableOutput EntryListing(store::Database& database, const Variant& from, const Variant& to) {
   TableOutput table({"Entry", "Date", "Doc", "Journal", "Account", "Text", "Amount"});
   table.AlignRight(0);
-  table.AlignRight(6);
+  table.AmountColumn(6);
   auto rows = database.OpenRecordset(Statement(from, to), store::dbOpenSnapshot);
   for (; !rows->Eof(); rows->MoveNext()) {
     table.AddRow({std::to_string(ReadLong(*rows, "EntryID")), Format(rows->Value("EntryDate"), "yyyy-mm-dd"),

@@ -52,9 +52,20 @@ OutputFormat ParseOutputFormat(const std::string& name) {
 }
 
 TableOutput::TableOutput(std::vector<std::string> columns)
-    : columns_(std::move(columns)), right_aligned_(columns_.size(), false) {}
+    : columns_(std::move(columns)), right_aligned_(columns_.size(), false), amounts_(columns_.size(), false) {}
 
 void TableOutput::AlignRight(size_t column) { right_aligned_.at(column) = true; }
+
+void TableOutput::AmountColumn(size_t column) {
+  AlignRight(column);
+  amounts_.at(column) = true;
+}
+
+std::string TableOutput::PlainCell(size_t row, size_t column) const {
+  std::string cell = rows_[row][column];
+  if (amounts_[column]) std::erase(cell, '\'');
+  return cell;
+}
 
 void TableOutput::AddRow(std::vector<std::string> cells) {
   cells.resize(columns_.size());
@@ -93,12 +104,12 @@ void TableOutput::PrintText(std::ostream& out) const {
 }
 
 void TableOutput::PrintCsv(std::ostream& out) const {
-  auto print_row = [&](const std::vector<std::string>& cells) {
-    for (size_t c = 0; c < cells.size(); ++c) out << (c ? "," : "") << CsvCell(cells[c]);
+  for (size_t c = 0; c < columns_.size(); ++c) out << (c ? "," : "") << CsvCell(columns_[c]);
+  out << "\r\n";
+  for (size_t r = 0; r < rows_.size(); ++r) {
+    for (size_t c = 0; c < columns_.size(); ++c) out << (c ? "," : "") << CsvCell(PlainCell(r, c));
     out << "\r\n";
-  };
-  print_row(columns_);
-  for (const auto& row : rows_) print_row(row);
+  }
 }
 
 void TableOutput::PrintJson(std::ostream& out) const {
@@ -106,7 +117,7 @@ void TableOutput::PrintJson(std::ostream& out) const {
   for (size_t r = 0; r < rows_.size(); ++r) {
     out << (r ? ",\n " : "\n ") << "{";
     for (size_t c = 0; c < columns_.size(); ++c) {
-      out << (c ? ", " : "") << JsonString(columns_[c]) << ": " << JsonString(rows_[r][c]);
+      out << (c ? ", " : "") << JsonString(columns_[c]) << ": " << JsonString(PlainCell(r, c));
     }
     out << "}";
   }

@@ -20,6 +20,9 @@ class TableOutput {
 
   // Right-aligns the column in text form (amounts, numbers).
   void AlignRight(size_t column);
+  // An amount column: right-aligned in text form; in CSV and JSON its cells
+  // lose their thousands separators, so that other programs read plain numbers.
+  void AmountColumn(size_t column);
   void AddRow(std::vector<std::string> cells);
   size_t RowCount() const { return rows_.size(); }
 
@@ -29,9 +32,12 @@ class TableOutput {
   void PrintText(std::ostream& out) const;
   void PrintCsv(std::ostream& out) const;
   void PrintJson(std::ostream& out) const;
+  // A cell as CSV and JSON show it.
+  std::string PlainCell(size_t row, size_t column) const;
 
   std::vector<std::string> columns_;
   std::vector<bool> right_aligned_;
+  std::vector<bool> amounts_;
   std::vector<std::vector<std::string>> rows_;
 };
 

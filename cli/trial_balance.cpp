@@ -83,8 +83,8 @@ TableOutput TrialBalance(Engine& engine, const std::optional<OleDate>& at_date) 
   std::optional<std::map<int32_t, Currency>> dated;
   if (at_date) dated = MovementsUpTo(engine, *at_date);
   TableOutput table({"Code", "Name", "Debit", "Credit"});
-  table.AlignRight(2);
-  table.AlignRight(3);
+  table.AmountColumn(2);
+  table.AmountColumn(3);
   TrialRows rows(table, dated);
   for (const auto& root : engine.Accounts()->Item(Variant(int32_t{0}))->Children()) rows.Add(*root);
   rows.AddTotals();

@@ -50,6 +50,26 @@ TEST(TableOutput, JsonIsAnArrayOfObjectsKeyedByColumn) {
             "]\n");
 }
 
+TableOutput AmountTable() {
+  TableOutput table({"Name", "Amount"});
+  table.AmountColumn(1);
+  table.AddRow({"O'Brien", "1'250'000.00"});
+  return table;
+}
+
+TEST(TableOutput, AmountColumnsKeepTheirSeparatorsInText) {
+  EXPECT_EQ(Printed(AmountTable(), OutputFormat::kText),
+            "Name           Amount\n"
+            "-------  ------------\n"
+            "O'Brien  1'250'000.00\n");
+}
+
+TEST(TableOutput, AmountColumnsArePlainNumbersInCsvAndJsonOtherColumnsUntouched) {
+  EXPECT_EQ(Printed(AmountTable(), OutputFormat::kCsv), "Name,Amount\r\nO'Brien,1250000.00\r\n");
+  EXPECT_EQ(Printed(AmountTable(), OutputFormat::kJson),
+            "[\n {\"Name\": \"O'Brien\", \"Amount\": \"1250000.00\"}\n]\n");
+}
+
 TEST(TableOutput, EmptyJsonListIsAnEmptyArray) {
   EXPECT_EQ(Printed(TableOutput({"A"}), OutputFormat::kJson), "[]\n");
 }
