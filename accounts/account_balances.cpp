@@ -108,19 +108,15 @@ std::string DatedSumsStatement(const Variant& at_date, const Variant& journals_t
 // from a new scratch query joined to it.
 void OpenBalanceView(AccountHandles& handles, const std::string& sums) {
   store::Database& database = CurrentDatabase();
-  if (sums.empty()) {
-    handles.balance_view_query = database.QueryDefs().Item("viewAccountsRecursive");
-    handles.balance_view_is_plain = true;
-  } else {
-    const std::string name = ScratchQueryName();
-    database.CreateQueryDef(name, sums);
-    handles.temp_query_name = name;
-    handles.balance_view_query =
-        database.CreateQueryDef("", "SELECT viewAccountsRecursive.*, " + name + ".[SumOfAmount]" +
-                                        " FROM viewAccountsRecursive LEFT JOIN " + name +
-                                        " ON viewAccountsRecursive.Accounts_1.ID = " + name + ".AccountID;");
-    handles.balance_view_is_plain = false;
-  }
+  if (sums.empty()) return handles.OpenPlainBalanceView(database);
+  const std::string name = ScratchQueryName();
+  database.CreateQueryDef(name, sums);
+  handles.temp_query_name = name;
+  handles.balance_view_query =
+      database.CreateQueryDef("", "SELECT viewAccountsRecursive.*, " + name + ".[SumOfAmount]" +
+                                      " FROM viewAccountsRecursive LEFT JOIN " + name +
+                                      " ON viewAccountsRecursive.Accounts_1.ID = " + name + ".AccountID;");
+  handles.balance_view_is_plain = false;
   handles.balance_view = handles.balance_view_query->OpenRecordset(store::dbOpenSnapshot);
 }
 

@@ -50,6 +50,12 @@ void AccountHandles::ReleaseBalanceView() {
   }
 }
 
+void AccountHandles::OpenPlainBalanceView(store::Database& database) {
+  balance_view_query = database.QueryDefs().Item("viewAccountsRecursive");
+  balance_view_is_plain = true;
+  balance_view = balance_view_query->OpenRecordset(store::dbOpenSnapshot);
+}
+
 AccountHandles& SharedAccountHandles() {
   thread_local AccountHandles handles;
   return handles;

@@ -16,6 +16,10 @@
 #include "support/currency.hpp"
 #include "support/ole_date.hpp"
 
+namespace ldg::store {
+class Database;
+}  // namespace ldg::store
+
 namespace ldg {
 
 struct AccountHandles {
@@ -56,6 +60,8 @@ struct AccountHandles {
   void Release();
   // Drops the balance view and its scratch query (deleted from QueryDefs).
   void ReleaseBalanceView();
+  // Opens viewAccountsRecursive as the balance view, once the one before is released.
+  void OpenPlainBalanceView(store::Database& database);
 };
 
 // This thread's handles.

@@ -100,9 +100,7 @@ void RecalcChildrensBalances(store::Database& database) {
   // The plain tree becomes the shared balance view.
   AccountHandles& handles = SharedAccountHandles();
   handles.ReleaseBalanceView();
-  handles.balance_view_query = database.QueryDefs().Item("viewAccountsRecursive");
-  handles.balance_view_is_plain = true;
-  handles.balance_view = handles.balance_view_query->OpenRecordset(store::dbOpenSnapshot);
+  handles.OpenPlainBalanceView(database);
   std::unique_ptr<store::Recordset> masters =
       database.OpenRecordset("SELECT * FROM Accounts WHERE IsMaster = True;", store::dbOpenSnapshot);
   for (; !masters->Eof(); masters->MoveNext()) {

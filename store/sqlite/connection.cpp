@@ -93,8 +93,9 @@ void Connection::ClearStatements() {
 
 sqlite3_stmt* Connection::Prepare(const std::string& sql) {
   if (auto found = statements_.find(sql); found != statements_.end()) return found->second;
-  // Statements with values pasted in are many: keep the cache bounded. No
-  // caller holds a statement across a call of Prepare.
+  // Statements with values pasted in are many: keep the cache bounded. A
+  // caller that keeps a statement across a call of Prepare checks
+  // StatementGeneration before it uses the statement again.
   if (statements_.size() >= kMaxStatements) ClearStatements();
   sqlite3_stmt* statement = nullptr;
   int code = sqlite3_prepare_v3(db_, sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
