@@ -142,7 +142,6 @@ void BookEntry::AppendEntry(int32_t journal_id) {
     movements_->ClearIDs();
     RollbackAndRaise(error);
   }
-  movements_->ReleaseRemoved();
 }
 
 void BookEntry::Update() {
@@ -162,7 +161,6 @@ void BookEntry::Update() {
     // Unlike the append path nothing is reset: the object keeps the failed state.
     RollbackAndRaise(error);
   }
-  movements_->ReleaseRemoved();
   // No later update can reach this again: validation refuses a definitive entry.
   if (current_.definitive_key > 0) CurrentEngine().NotifyCallback(Variant(current_.definitive_number));
 }

@@ -146,7 +146,7 @@ std::string Journal::UpdateSet() const {
   if (code_ != stored_code_) AppendAssignment(set, "Code=" + std::to_string(code_));
   if (!SameName(name_, stored_name_)) {
     const std::string name = PastedText(name_);
-    if (name.find('\'') != std::string::npos) store::RaiseStore(store::kErrSyntax);
+    store::RefuseQuote(name);
     AppendAssignment(set, "Name='" + name + "'");
   }
   if (locked_ != stored_locked_) AppendAssignment(set, std::string("Locked=") + BooleanToSqlText(locked_));

@@ -174,8 +174,8 @@ void Movement::Save() {
   ExecuteUpdate();
 }
 
+// Save has validated the line just before.
 void Movement::Insert() {
-  Validate();
   store::Recordset& table = SharedMovementsTable();
   const ldg::Account& account = *current_.account;
   const ldg::BookEntry* entry = owner_ != nullptr ? owner_->BookEntry() : nullptr;

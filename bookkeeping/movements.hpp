@@ -66,6 +66,7 @@ class Movements {
   void AppendAll();
   void UpdateAll();
   void DeleteAll();
+  // Also releases the removed lines.
   void TakeStoredCopies();
   void ReleaseRemoved();
   void ClearIDs();

@@ -28,8 +28,6 @@ using movement_testing::TaxLookupStandIn;
 
 class MovementTest : public MovementsTest {
  protected:
-  std::shared_ptr<Account> AccountOf(int32_t id) { return engine_->Accounts()->Item(Variant(id)); }
-
   // A line of its own on the account, without an owner.
   std::shared_ptr<Movement> Lone(int32_t account_id) {
     auto line = std::make_shared<Movement>();

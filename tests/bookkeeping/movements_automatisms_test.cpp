@@ -16,37 +16,12 @@ namespace ldg {
 namespace {
 
 using movement_testing::Amount;
-using movement_testing::AmountChangedRecorder;
 using movement_testing::Date;
-using movement_testing::MovementsTest;
+using movement_testing::WatchedMovementsTest;
 using movement_testing::TaxLookupStandIn;
 
-Variant Position(int32_t position) { return Variant(position); }
-
-class AutomatismsTest : public MovementsTest {
+class AutomatismsTest : public WatchedMovementsTest {
  protected:
-  void TearDown() override {
-    for (auto& entry : watched_) entry->RemoveListener(&events_);
-    watched_.clear();
-    MovementsTest::TearDown();
-  }
-
-  std::shared_ptr<Account> AccountOf(int32_t id) { return engine_->Accounts()->Item(Variant(id)); }
-
-  // An entry whose AmountChanged events the test records.
-  std::shared_ptr<BookEntry> Watched(std::shared_ptr<BookEntry> entry) {
-    entry->AddListener(&events_);
-    watched_.push_back(entry);
-    return entry;
-  }
-
-  // Cash against revenue with the balancing automatism on.
-  std::shared_ptr<BookEntry> SimpleEntry() {
-    auto entry = Watched(EntryWithAccounts({cash_, revenue_}));
-    entry->BalancingAutomatismActive(true);
-    return entry;
-  }
-
   // The stored entry of an owner, its tax line and a counter line, with the tax automatism on.
   std::shared_ptr<BookEntry> TaxedEntry(const char* owner_amount, const char* tax_amount, bool balancing,
                                         int32_t owner_tax_id = 0) {
@@ -56,13 +31,6 @@ class AutomatismsTest : public MovementsTest {
     entry->BalancingAutomatismActive(balancing);
     return entry;
   }
-
-  std::shared_ptr<Movement> LineAt(const std::shared_ptr<BookEntry>& entry, int32_t position) {
-    return entry->Movements().Item(Position(position));
-  }
-
-  AmountChangedRecorder events_;
-  std::vector<std::shared_ptr<BookEntry>> watched_;
 };
 
 // ---- Amounts ---------------------------------------------------------------------

@@ -12,7 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "accounts/account.hpp"
 #include "accounts/account_links.hpp"
+#include "accounts/accounts.hpp"
 #include "bookkeeping/book_entry.hpp"
 #include "bookkeeping/movement.hpp"
 #include "bookkeeping/movements.hpp"
@@ -29,6 +31,9 @@ using balance_testing::ExpectedMessage;
 using book_entry_testing::Line;
 using chart_testing::Date;
 using chart_testing::ErrorOf;
+
+// A line of an entry's collection by its position.
+inline Variant Position(int32_t position) { return Variant(position); }
 
 // The bare number of states the lines should never reach.
 inline const int32_t kBareError = kErrorBase;
@@ -102,6 +107,12 @@ class MovementsTest : public book_entry_testing::BookEntryTest {
 
   std::shared_ptr<BookEntry> LoadEntry(int32_t id) { return Entries().Item(BuildKey(id)); }
 
+  std::shared_ptr<Account> AccountOf(int32_t id) { return engine_->Accounts()->Item(Variant(id)); }
+
+  std::shared_ptr<Movement> LineAt(const std::shared_ptr<BookEntry>& entry, int32_t position) {
+    return entry->Movements().Item(Position(position));
+  }
+
   // A new entry of the journal on 10 March with lines added empty, one per account.
   std::shared_ptr<BookEntry> EntryWithAccounts(const std::vector<int32_t>& account_ids) {
     auto entry = std::make_shared<BookEntry>();
@@ -117,6 +128,33 @@ class MovementsTest : public book_entry_testing::BookEntryTest {
   }
 
   int32_t tax_account_ = 0;
+};
+
+// The movements fixture recording the AmountChanged events of the entries it watches.
+class WatchedMovementsTest : public MovementsTest {
+ protected:
+  void TearDown() override {
+    for (auto& entry : watched_) entry->RemoveListener(&events_);
+    watched_.clear();
+    MovementsTest::TearDown();
+  }
+
+  // An entry whose AmountChanged events the test records.
+  std::shared_ptr<BookEntry> Watched(std::shared_ptr<BookEntry> entry) {
+    entry->AddListener(&events_);
+    watched_.push_back(entry);
+    return entry;
+  }
+
+  // Cash against revenue with the balancing automatism on, its events recorded.
+  std::shared_ptr<BookEntry> SimpleEntry() {
+    auto entry = Watched(EntryWithAccounts({cash_, revenue_}));
+    entry->BalancingAutomatismActive(true);
+    return entry;
+  }
+
+  AmountChangedRecorder events_;
+  std::vector<std::shared_ptr<BookEntry>> watched_;
 };
 
 }  // namespace ldg::movement_testing

@@ -25,10 +25,10 @@ using movement_testing::Expected;
 using movement_testing::ExpectedMessage;
 using movement_testing::kBareError;
 using movement_testing::MovementsTest;
+using movement_testing::Position;
 using movement_testing::TaxLookupStandIn;
 
 Variant Key(int32_t internal_id) { return Variant("ID" + std::to_string(internal_id)); }
-Variant Position(int32_t position) { return Variant(position); }
 
 NewMovement On(int32_t account_id, const char* amount = "0") {
   NewMovement values;

@@ -25,48 +25,17 @@ namespace ldg {
 namespace {
 
 using movement_testing::Amount;
-using movement_testing::AmountChangedRecorder;
 using movement_testing::Date;
 using movement_testing::Describe;
 using movement_testing::ErrorOf;
 using movement_testing::Expected;
 using movement_testing::ExpectedMessage;
-using movement_testing::MovementsTest;
-
-Variant Position(int32_t position) { return Variant(position); }
+using movement_testing::Position;
+using movement_testing::WatchedMovementsTest;
 
 const int32_t kPeriodLocked = static_cast<int32_t>(0x800404CBu);
 
-class PostingEdgeTest : public MovementsTest {
- protected:
-  void TearDown() override {
-    for (auto& entry : watched_) entry->RemoveListener(&events_);
-    watched_.clear();
-    MovementsTest::TearDown();
-  }
-
-  std::shared_ptr<Account> AccountOf(int32_t id) { return engine_->Accounts()->Item(Variant(id)); }
-
-  std::shared_ptr<BookEntry> Watched(std::shared_ptr<BookEntry> entry) {
-    entry->AddListener(&events_);
-    watched_.push_back(entry);
-    return entry;
-  }
-
-  std::shared_ptr<Movement> LineAt(const std::shared_ptr<BookEntry>& entry, int32_t position) {
-    return entry->Movements().Item(Position(position));
-  }
-
-  // Cash against revenue with the balancing automatism on, its events recorded.
-  std::shared_ptr<BookEntry> SimpleEntry() {
-    auto entry = Watched(EntryWithAccounts({cash_, revenue_}));
-    entry->BalancingAutomatismActive(true);
-    return entry;
-  }
-
-  AmountChangedRecorder events_;
-  std::vector<std::shared_ptr<BookEntry>> watched_;
-};
+class PostingEdgeTest : public WatchedMovementsTest {};
 
 // ---- The checks before the transaction -------------------------------------------
 
