@@ -128,7 +128,7 @@ bool Account::HasChangedBalances() const {
 }
 
 void Account::Update() {
-  store::Workspace& workspace = *State().workspace;
+  store::Workspace& workspace = CurrentWorkspace();
   workspace.BeginTrans();
   try {
     UpdateInCallersTransaction();

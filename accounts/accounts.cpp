@@ -8,6 +8,7 @@
 #include "accounts/accounts_index.hpp"
 #include "accounts/master_accounts.hpp"
 #include "accounts/subaccounts.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
@@ -113,7 +114,7 @@ void Accounts::Refresh() {
   auto& table = SharedAccountHandles().accounts_table;
   store::CloseAndDrop(table);
   try {
-    table = State().database->OpenRecordset("Accounts", store::dbOpenTable);
+    table = CurrentDatabase().OpenRecordset("Accounts", store::dbOpenTable);
     table->Index("PrimaryKey");
   } catch (const Error&) {  // a Refresh never fails
   }
@@ -243,7 +244,7 @@ int32_t Accounts::NewClientID() {
   std::string pattern;
   for (int k = 0; k < 8; ++k) pattern += "[1234567890]";
   pattern += "*";
-  auto rows = State().database->OpenRecordset(
+  auto rows = CurrentDatabase().OpenRecordset(
       "SELECT Code FROM Accounts WHERE (Code Like \"" + pattern + "\") ORDER BY Code DESC;",
       store::dbOpenSnapshot);
   const int32_t highest = rows->Eof() ? 0 : CLng(Variant(Left(CStr(rows->Value("Code")), 8)));

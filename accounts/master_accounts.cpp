@@ -1,7 +1,7 @@
 #include "accounts/master_accounts.hpp"
 
 #include "accounts/account.hpp"
-#include "engine/engine_state.hpp"
+#include "engine/current_objects.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
 #include "support/conversions.hpp"
@@ -15,7 +15,7 @@ MasterAccounts::MasterAccounts() { Reload(); }
 
 void MasterAccounts::Reload() {
   items_.clear();
-  auto rows = State().database->OpenRecordset(
+  auto rows = CurrentDatabase().OpenRecordset(
       "SELECT * FROM Accounts WHERE MasterID<>0 and IsMaster = True ORDER BY Code;", store::dbOpenSnapshot);
   for (; !rows->Eof(); rows->MoveNext()) {
     auto account = std::make_shared<Account>();

@@ -1,6 +1,7 @@
 #include "accounts/subaccounts.hpp"
 
 #include "accounts/account.hpp"
+#include "engine/current_objects.hpp"
 #include "engine/engine_state.hpp"
 #include "store/constants.hpp"
 #include "store/database.hpp"
@@ -17,7 +18,7 @@ std::string Subaccounts::SelectionClause() const {
 // Deliberate: with key 0 the grouped count is of Null values and gives 0,
 // though Items gives the two class roots.
 int32_t Subaccounts::Count() const {
-  auto rows = State().database->OpenRecordset(
+  auto rows = CurrentDatabase().OpenRecordset(
       "SELECT Count(ParentID) As Anzahl FROM Accounts GROUP BY ParentID HAVING " + SelectionClause() + ";",
       store::dbOpenSnapshot);
   const int32_t count = rows->Eof() ? 0 : ReadLong(*rows, "Anzahl");
@@ -26,7 +27,7 @@ int32_t Subaccounts::Count() const {
 }
 
 std::vector<std::shared_ptr<Account>> Subaccounts::Items() const {
-  auto rows = State().database->OpenRecordset(
+  auto rows = CurrentDatabase().OpenRecordset(
       "SELECT * FROM Accounts WHERE " + SelectionClause() + " ORDER BY Position, Code;",
       store::dbOpenSnapshot);
   std::vector<std::shared_ptr<Account>> items;

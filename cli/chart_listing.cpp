@@ -6,6 +6,7 @@
 #include "accounts/account.hpp"
 #include "support/conversions.hpp"
 #include "support/error.hpp"
+#include "support/number_text.hpp"
 #include "support/text.hpp"
 #include "support/text_helpers.hpp"
 #include "support/variant.hpp"
@@ -50,8 +51,8 @@ std::string KindName(int16_t kind) {
 
 std::optional<OleDate> ReadIsoDate(const std::string& text) {
   static const std::regex kIsoDate(R"(\d{4}-\d{2}-\d{2})");
-  if (!std::regex_match(text, kIsoDate) || !IsDate(Variant(text))) return std::nullopt;
-  return CDate(Variant(text));
+  if (!std::regex_match(text, kIsoDate)) return std::nullopt;
+  return ReadDateText(text);
 }
 
 OleDate ParseIsoDate(const std::string& text, const std::string& option) {

@@ -14,8 +14,7 @@ bool CsvReader::Next(std::vector<std::string>& fields) {
   fields.clear();
   // Empty lines carry no record.
   while (in_.sgetc() == '\n' || in_.sgetc() == '\r') {
-    const int character = in_.sbumpc();
-    if (EndOfLine(character) == FieldEnd::kComma) Fail(line_, "a carriage return stands alone");
+    EndOfLine(in_.sbumpc());
   }
   if (in_.sgetc() == kEof) return false;
   record_line_ = line_;
@@ -60,10 +59,7 @@ CsvReader::FieldEnd CsvReader::ReadQuotedField(std::string& field) {
     const int after = in_.sbumpc();
     if (after == ',') return FieldEnd::kComma;
     if (after == kEof) return FieldEnd::kInput;
-    if (after == '\n' || after == '\r') {
-      if (EndOfLine(after) == FieldEnd::kComma) Fail(line_, "a carriage return stands alone");
-      return FieldEnd::kRecord;
-    }
+    if (after == '\n' || after == '\r') return EndOfLine(after);
     Fail(line_, "text follows the closing quote of a field");
   }
 }
@@ -73,19 +69,15 @@ CsvReader::FieldEnd CsvReader::ReadPlainField(std::string& field) {
     const int character = in_.sbumpc();
     if (character == kEof) return FieldEnd::kInput;
     if (character == ',') return FieldEnd::kComma;
-    if (character == '\n' || character == '\r') {
-      if (EndOfLine(character) == FieldEnd::kComma) Fail(line_, "a carriage return stands alone");
-      return FieldEnd::kRecord;
-    }
+    if (character == '\n' || character == '\r') return EndOfLine(character);
     if (character == '"') Fail(line_, "a quote stands inside a field that does not begin with one");
     field.push_back(static_cast<char>(character));
   }
 }
 
-// kRecord when the break was LF or CRLF; kComma (read: not a break) for a lone CR.
 CsvReader::FieldEnd CsvReader::EndOfLine(int character) {
   if (character == '\r') {
-    if (in_.sgetc() != '\n') return FieldEnd::kComma;
+    if (in_.sgetc() != '\n') Fail(line_, "a carriage return stands alone");
     in_.sbumpc();
   }
   ++line_;

@@ -38,7 +38,8 @@ class CsvReader {
   FieldEnd ReadField(std::string& field);
   FieldEnd ReadQuotedField(std::string& field);
   FieldEnd ReadPlainField(std::string& field);
-  // Consumes a line break whose first character was just read.
+  // Consumes a line break (LF or CRLF) whose first character was just read;
+  // a CR with no LF after it is an error.
   FieldEnd EndOfLine(int character);
   void SkipByteOrderMark();
   [[noreturn]] void Fail(size_t line, const std::string& what) const;

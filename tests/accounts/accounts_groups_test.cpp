@@ -12,23 +12,16 @@
 #include "store/store_error.hpp"
 #include "store/workspace.hpp"
 #include "support/keys.hpp"
-#include "tests/accounts/open_chart_fixture.hpp"
+#include "tests/accounts/collections_fixture.hpp"
 
 namespace ldg {
 namespace {
 
 using chart_testing::ErrorOf;
-using chart_testing::OpenChartTest;
+using chart_testing::CashAndBankTest;
 
-class AccountsGroupsTest : public OpenChartTest {
+class AccountsGroupsTest : public CashAndBankTest {
  protected:
-  void SetUp() override {
-    OpenChartTest::SetUp();
-    assets_ = InsertSum(RootA(), "1", "Aktiven");
-    cash_ = InsertAccount(assets_, "1000", "Kasse");
-    bank_ = InsertAccount(assets_, "1020", "Bank");
-  }
-
   // A row written straight into AccountsGroups; Null for an empty system code.
   int32_t InsertGroup(const std::string& name, const std::string& system_code = "",
                       const std::string& description = "") {
@@ -67,10 +60,6 @@ class AccountsGroupsTest : public OpenChartTest {
                            std::to_string(account_id) + ";",
                        "N"));
   }
-
-  int32_t assets_ = 0;
-  int32_t cash_ = 0;
-  int32_t bank_ = 0;
 };
 
 // ---------------------------------------------------------------- the collection

@@ -11,27 +11,24 @@
 #include "accounts/account_handles.hpp"
 #include "accounts/accounts.hpp"
 #include "store/store_error.hpp"
-#include "tests/accounts/open_chart_fixture.hpp"
+#include "tests/accounts/collections_fixture.hpp"
 
 namespace ldg {
 namespace {
 
 using chart_testing::AccountRow;
 using chart_testing::ErrorOf;
-using chart_testing::OpenChartTest;
+using chart_testing::CashAndBankTest;
 
 constexpr int32_t kInvalidParameter = static_cast<int32_t>(0x800403E8u);
 constexpr int32_t kInternalError = static_cast<int32_t>(0x80040000u);
 
 // A chart with two general ledger accounts, a master with one detail account
 // and a sum, and the search table rebuilt from it.
-class AccountsIndexTest : public OpenChartTest {
+class AccountsIndexTest : public CashAndBankTest {
  protected:
   void SetUp() override {
-    OpenChartTest::SetUp();
-    assets_ = InsertSum(RootA(), "1", "Aktiven");
-    cash_ = InsertAccount(assets_, "1000", "Kasse");
-    bank_ = InsertAccount(assets_, "1020", "Bank");
+    CashAndBankTest::SetUp();
     AccountRow master_row;
     master_row.is_master = true;
     master_row.master_id = -1;
@@ -71,9 +68,6 @@ class AccountsIndexTest : public OpenChartTest {
     assignments->Close();
   }
 
-  int32_t assets_ = 0;
-  int32_t cash_ = 0;
-  int32_t bank_ = 0;
   int32_t debtors_ = 0;
   int32_t customer_ = 0;
 };

@@ -55,6 +55,21 @@ class LinksGuard {
   AccountLinks saved_;
 };
 
+// The open chart with the sum 1 "Aktiven" under root A holding 1000 "Kasse" and 1020 "Bank".
+class CashAndBankTest : public OpenChartTest {
+ protected:
+  void SetUp() override {
+    OpenChartTest::SetUp();
+    assets_ = InsertSum(RootA(), "1", "Aktiven");
+    cash_ = InsertAccount(assets_, "1000", "Kasse");
+    bank_ = InsertAccount(assets_, "1020", "Bank");
+  }
+
+  int32_t assets_ = 0;
+  int32_t cash_ = 0;
+  int32_t bank_ = 0;
+};
+
 class CollectionsTest : public OpenChartTest {
  protected:
   void TearDown() override {

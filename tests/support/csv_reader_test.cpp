@@ -120,6 +120,11 @@ TEST(CsvReader, ALoneCarriageReturnFails) {
   EXPECT_EQ(FailureOf("a\rb\n"), "CSV line 1: a carriage return stands alone.");
 }
 
+TEST(CsvReader, ALoneCarriageReturnAfterAQuotedFieldOrOnAnEmptyLineFails) {
+  EXPECT_EQ(FailureOf("a\n\"x\"\ry\n"), "CSV line 2: a carriage return stands alone.");
+  EXPECT_EQ(FailureOf("a\n\n\rb\n"), "CSV line 3: a carriage return stands alone.");
+}
+
 TEST(CsvReader, HeaderNamesTheColumns) {
   std::istringstream in("entry,date,amount\n1,2026-01-05,10\n");
   CsvReader reader(in);
