@@ -74,8 +74,6 @@ bool SameViewArgument(const Variant& given, const Variant& remembered) {
   return normal(given) == normal(remembered);
 }
 
-bool IsGivenText(const Variant& value) { return !value.IsEmpty() && !value.IsNull() && !CStr(value).empty(); }
-
 // Whether the list is the text that BalanceAtDate checked last; a list that has
 // no text (Null) never is, and fails when it is parsed.
 bool IsListLastChecked(const Variant& journals_to_exclude) {

@@ -29,8 +29,6 @@ constexpr int32_t kMsgNothingToMakeDefinitive = 1187;
 
 bool IsGiven(const Variant& value) { return !value.IsEmpty() && !value.IsNull(); }
 
-bool IsGivenText(const Variant& value) { return IsGiven(value) && !CStr(value).empty(); }
-
 // A field name is pasted as it is, so it must be a plain name.
 void RefuseNonName(const std::string& field) {
   static const std::regex name(R"([A-Za-z_][A-Za-z0-9_]*(\.[A-Za-z_][A-Za-z0-9_]*)?)");

@@ -37,11 +37,6 @@ std::string CodeOf(const std::shared_ptr<Account>& account) { return account ? C
 // A value above 0 counts as 1, every other value as -1.
 int SignForCheck(Currency value) { return value > Currency() ? 1 : -1; }
 
-// Null, Empty or the empty text.
-bool IsBlank(const Variant& value) {
-  return value.IsNull() || value.IsEmpty() || (value.Type() == VarType::kString && value.AsString().empty());
-}
-
 std::string NumberOrNull(int32_t value) { return value == 0 ? "NULL" : std::to_string(value); }
 Variant LongOrNull(int32_t value) { return value >= 1 ? Variant(value) : Variant::Null(); }
 
@@ -93,7 +88,7 @@ void Movement::FCAmount(Currency value) {
 
 // An empty text counts as no date at all, so that a cleared input field can be handed over.
 void Movement::Valuta(const Variant& value) {
-  if (IsBlank(value)) {
+  if (!IsGivenText(value)) {
     current_.valuta = Variant::Null();
   } else if (IsDate(value)) {
     current_.valuta = Variant(CDate(value));
@@ -141,7 +136,7 @@ void Movement::Validate() {
   }
   if (account->MasterID() == account->ID()) RaiseMessage(kMsgNoBookingOnMasters);
   // Null and Empty pass as the empty text does.
-  if (!IsBlank(current_.valuta) && !IsDate(current_.valuta)) RaiseMessage(kMsgValutaNotADate);
+  if (IsGivenText(current_.valuta) && !IsDate(current_.valuta)) RaiseMessage(kMsgValutaNotADate);
   if (current_.fc_id != 0 && !current_.fc_amount.IsZero() &&
       SignForCheck(current_.amount) != SignForCheck(current_.fc_amount)) {
     RaiseMessage(kMsgSignDiffers);
@@ -190,7 +185,7 @@ void Movement::Insert() {
   // The account's currency is written, not the line's own key.
   table.Value("FCID", LongOrNull(CurrencyKeyOf(account)));
   table.Value("FCAmount", Variant(current_.fc_amount));
-  table.Value("Reference", IsBlank(current_.reference) ? Variant::Null() : current_.reference);
+  table.Value("Reference", IsGivenText(current_.reference) ? current_.reference : Variant::Null());
   table.Value("Valuta", IsDate(current_.valuta) ? Variant(CDate(current_.valuta)) : Variant::Null());
   table.Value("TaxID", LongOrNull(current_.tax_id));
   table.Value("TaxManual", Variant(current_.tax_manual));

@@ -345,6 +345,10 @@ std::string DoubleText(double value, bool single) {
   return out + digits.substr(0, int_len) + "." + digits.substr(int_len);
 }
 
+bool IsGivenText(const Variant& value) {
+  return !value.IsNull() && !value.IsEmpty() && !(value.Type() == VarType::kString && value.AsString().empty());
+}
+
 std::string CStr(const Variant& value) {
   switch (value.Type()) {
     case VarType::kEmpty:

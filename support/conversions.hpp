@@ -22,6 +22,8 @@ namespace ldg {
 // the shortest text that reads back ("1E+20", "1E-05" far out), Currency and
 // Decimal exact without trailing zeros. Null raises 94.
 std::string CStr(const Variant& value);
+// Whether an optional argument holds something: not Null, not Empty, not the empty text.
+bool IsGivenText(const Variant& value);
 // Numbers are True when not zero; texts "Wahr", "Falsch", "True", "False" in
 // any case, or a number; anything else raises 13.
 bool CBool(const Variant& value);

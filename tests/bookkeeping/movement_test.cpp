@@ -166,6 +166,7 @@ TEST_F(MovementTest, ALineOnAMasterFailsWith1221) {
 TEST_F(MovementTest, AnEmptyValutaPassesValidate) {
   auto line = Lone(cash_);
   line->Valuta(Variant(""));
+  EXPECT_TRUE(line->Valuta().IsNull());
   EXPECT_NO_THROW(line->Validate());
 }
 

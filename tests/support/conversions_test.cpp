@@ -30,6 +30,14 @@ OleDate At(int year, int month, int day, int hour, int minute, int second) {
 
 // ---- CStr
 
+TEST(IsGivenText, NullEmptyAndTheEmptyTextAreNotGiven) {
+  EXPECT_FALSE(IsGivenText(Variant::Null()));
+  EXPECT_FALSE(IsGivenText(Variant()));
+  EXPECT_FALSE(IsGivenText(Variant(std::string())));
+  EXPECT_TRUE(IsGivenText(Variant(std::string(" "))));
+  EXPECT_TRUE(IsGivenText(Variant(int32_t{0})));
+}
+
 TEST(CStr, NullIsInvalidUseOfNull) {
   EXPECT_EQ(ErrorOf([] { CStr(Variant::Null()); }), "94: Invalid use of Null");
 }
